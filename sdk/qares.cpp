@@ -1,0 +1,174 @@
+#include "qares.h"
+#include "qaresboolean.h"
+#include "qaresgroup.h"
+#include "qaresint.h"
+#include "qaresrgb.h"
+#include "qaresstring.h"
+
+#include <QFile>
+#include <QXmlStreamReader>
+
+#include <cstdio>
+#include <memory>
+#include <vector>
+
+QARes::QARes(Kind kind, const QString& name) : m_kind(kind), m_name(name) {}
+
+QARes::~QARes() = default;
+
+QAResGroup* QARes::toResGroup() { return m_kind == Group ? static_cast<QAResGroup*>(this) : nullptr; }
+QAResString* QARes::toResString() { return m_kind == String ? static_cast<QAResString*>(this) : nullptr; }
+QAResInt* QARes::toResInt() { return m_kind == Int ? static_cast<QAResInt*>(this) : nullptr; }
+QAResRGB* QARes::toResRGB() { return m_kind == RGB ? static_cast<QAResRGB*>(this) : nullptr; }
+QAResBoolean* QARes::toResBoolean() { return m_kind == Boolean ? static_cast<QAResBoolean*>(this) : nullptr; }
+
+QARes* QARes::read(const QString& path, bool verbose)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly)) {
+        if (verbose)
+            std::fprintf(stderr, "%s: %s\n", qPrintable(path), qPrintable(file.errorString()));
+        return nullptr;
+    }
+    return parse(file.readAll(), verbose);
+}
+
+namespace {
+
+struct Frame
+{
+    QAResGroup* group;
+    QARes* last;
+};
+
+bool parseInt(const QString& text, int* value)
+{
+    bool ok = false;
+    *value = text.trimmed().toInt(&ok, 10);
+    return ok;
+}
+
+bool parseComponent(const QXmlStreamAttributes& attributes, const char* key, int* value)
+{
+    const QString key16 = QString::fromLatin1(key);
+    return attributes.hasAttribute(key16) && parseInt(attributes.value(key16).toString(), value) &&
+           *value >= 0 && *value <= 255;
+}
+
+// Reads the element the reader stands on (its start tag just read) into a new node, or
+// answers null with *why set.
+QARes* readNode(QXmlStreamReader& xml, QString* why)
+{
+    const QXmlStreamAttributes attributes = xml.attributes();
+    if (!attributes.hasAttribute(QStringLiteral("name"))) {
+        *why = QStringLiteral("element without a name");
+        return nullptr;
+    }
+    const QString name = attributes.value(QStringLiteral("name")).toString();
+    const QStringView tag = xml.name();
+    if (tag == u"group")
+        return new QAResGroup(name, nullptr);
+    if (tag == u"rgb") {
+        int red = 0, green = 0, blue = 0;
+        if (!parseComponent(attributes, "r", &red) || !parseComponent(attributes, "g", &green) ||
+            !parseComponent(attributes, "b", &blue)) {
+            *why = QStringLiteral("colour without three components from 0 to 255");
+            return nullptr;
+        }
+        xml.readElementText(QXmlStreamReader::ErrorOnUnexpectedElement);
+        return xml.hasError() ? nullptr : new QAResRGB(name, red, green, blue);
+    }
+    if (tag != u"string" && tag != u"int" && tag != u"bool") {
+        *why = QStringLiteral("unknown element ") + tag.toString();
+        return nullptr;
+    }
+    const QString text = xml.readElementText(QXmlStreamReader::ErrorOnUnexpectedElement);
+    if (xml.hasError())
+        return nullptr;
+    if (tag == u"string")
+        return new QAResString(name, text);
+    if (tag == u"int") {
+        int value = 0;
+        if (!parseInt(text, &value)) {
+            *why = QStringLiteral("integer expected");
+            return nullptr;
+        }
+        return new QAResInt(name, value);
+    }
+    const QString flag = text.trimmed();
+    if (flag != u"true" && flag != u"false") {
+        *why = QStringLiteral("true or false expected");
+        return nullptr;
+    }
+    return new QAResBoolean(name, flag == u"true");
+}
+
+} // namespace
+
+QARes* QARes::parse(const QByteArray& document, bool verbose)
+{
+    QXmlStreamReader xml(document);
+    std::unique_ptr<QARes> root;
+    std::vector<Frame> stack;
+    QString why;
+    bool failed = false;
+
+    while (!failed && !xml.atEnd()) {
+        switch (xml.readNext()) {
+        case QXmlStreamReader::StartElement: {
+            if (root && stack.empty()) {
+                failed = true;
+                break;
+            }
+            QARes* node = readNode(xml, &why);
+            if (!node) {
+                failed = true;
+                break;
+            }
+            if (stack.empty()) {
+                root.reset(node);
+            } else {
+                Frame& frame = stack.back();
+                if (frame.last)
+                    frame.last->setNext(node);
+                else
+                    frame.group->addChild(node);
+                frame.last = node;
+            }
+            if (QAResGroup* group = node->toResGroup())
+                stack.push_back({group, nullptr});
+            break;
+        }
+        case QXmlStreamReader::EndElement:
+            if (!stack.empty())
+                stack.pop_back();
+            break;
+        case QXmlStreamReader::Characters:
+            if (!xml.isWhitespace()) {
+                why = QStringLiteral("text outside a value");
+                failed = true;
+            }
+            break;
+        case QXmlStreamReader::DTD:
+        case QXmlStreamReader::EntityReference:
+            why = QStringLiteral("document type declarations are not allowed");
+            failed = true;
+            break;
+        default:
+            break;
+        }
+    }
+    if (xml.hasError()) {
+        why = xml.errorString();
+        failed = true;
+    }
+    if (!failed && !root)
+        why = QStringLiteral("empty document");
+    if (failed || !root) {
+        if (verbose)
+            std::fprintf(stderr, "resource file: %s (line %lld)\n", qPrintable(why),
+                         static_cast<long long>(xml.lineNumber()));
+        return nullptr;
+    }
+    return root.release();
+}

@@ -1,0 +1,116 @@
+#include "kvdmeasurefile.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+
+#include <cerrno>
+#include <algorithm>
+
+namespace {
+constexpr size_t BufferBytes = 1 << 20;
+}
+
+KVDMeasureFile::Name KVDMeasureFile::splitName(const QString& fileName)
+{
+    Name name;
+    name.measure = fileName.section(QLatin1Char('.'), 0, 0);
+    name.user = fileName.section(QLatin1Char('.'), 1, 1);
+    name.fieldCount = fileName.section(QLatin1Char('.'), 2, 2).toInt();
+    return name;
+}
+
+QString KVDMeasureFile::path(const QString& root, const QString& measure, const QString& user,
+                             int fieldCount, const char* extension)
+{
+    return root + QDir::separator() + measure + QLatin1Char('.') + user + QLatin1Char('.') +
+           QString::number(fieldCount) + QLatin1String(extension);
+}
+
+bool KVDMeasureFile::checkFieldCount(int fieldCount, QString* error)
+{
+    if (fieldCount >= 0 && fieldCount <= MaxFields)
+        return true;
+    if (error)
+        *error = QCoreApplication::translate("KVDMeasureFile",
+                                             "Invalid number of measure values: %1 (0 to %2)\n")
+                     .arg(fieldCount)
+                     .arg(MaxFields);
+    return false;
+}
+
+KVDMeasureFile::~KVDMeasureFile()
+{
+    close();
+}
+
+bool KVDMeasureFile::open(const QString& path, int fieldCount, QString* error)
+{
+    close();
+    if (!checkFieldCount(fieldCount, error))
+        return false;
+    m_file = std::fopen(QFile::encodeName(path).constData(), "rb");
+    if (!m_file) {
+        if (error)
+            *error = QCoreApplication::translate("KVDMeasureFile", "Can't open file: %1\n", "%1 is a file name")
+                         .arg(path);
+        return false;
+    }
+    std::setvbuf(m_file, nullptr, _IONBF, 0);
+    m_fieldCount = fieldCount;
+    m_recordWords = recordWords(fieldCount);
+    std::fseek(m_file, 0, SEEK_END);
+    m_size = ftello(m_file);
+    std::fseek(m_file, 0, SEEK_SET);
+    const size_t perBuffer = std::max<size_t>(1, BufferBytes / (4 * size_t(m_recordWords)));
+    m_buffer.resize(perBuffer * size_t(m_recordWords));
+    m_bufferOffset = 0;
+    m_records = m_next = 0;
+    m_offset = -1;
+    return true;
+}
+
+void KVDMeasureFile::close()
+{
+    if (m_file)
+        std::fclose(m_file);
+    m_file = nullptr;
+    m_buffer.clear();
+    m_buffer.shrink_to_fit();
+    m_records = m_next = 0;
+}
+
+qint64 KVDMeasureFile::recordCount() const
+{
+    return m_recordWords ? m_size / (4 * qint64(m_recordWords)) : 0;
+}
+
+bool KVDMeasureFile::refill()
+{
+    m_bufferOffset += qint64(m_records) * 4 * m_recordWords;
+    m_next = 0;
+    const size_t words = std::fread(m_buffer.data(), 4, m_buffer.size(), m_file);
+    m_records = words / size_t(m_recordWords);
+    return m_records > 0;
+}
+
+const quint32* KVDMeasureFile::next()
+{
+    if (!m_file)
+        return nullptr;
+    if (m_next >= m_records && !refill())
+        return nullptr;
+    const quint32* record = m_buffer.data() + m_next * size_t(m_recordWords);
+    m_offset = m_bufferOffset + qint64(m_next) * 4 * m_recordWords;
+    ++m_next;
+    return record;
+}
+
+bool KVDMeasureFile::seek(qint64 byteOffset)
+{
+    if (!m_file || byteOffset < 0 || fseeko(m_file, byteOffset, SEEK_SET) != 0)
+        return false;
+    m_bufferOffset = byteOffset;
+    m_records = m_next = 0;
+    return true;
+}

@@ -1,0 +1,77 @@
+#include "studiowindow.h"
+
+#include <QApplication>
+#include <QCommandLineParser>
+#include <QDir>
+#include <QTimer>
+
+#include <cstdio>
+
+namespace {
+
+// QGuiApplication claims "-plugin" for its own plug-ins; take ours out of argv before
+// it sees them.
+QString takePluginOption(int& argc, char** argv)
+{
+    QString path;
+    int kept = 1;
+    for (int k = 1; k < argc; ++k) {
+        const QByteArray arg(argv[k]);
+        if ((arg == "--plugin" || arg == "-plugin") && k + 1 < argc) {
+            path = QString::fromLocal8Bit(argv[++k]);
+        } else if (arg.startsWith("--plugin=")) {
+            path = QString::fromLocal8Bit(arg.mid(9));
+        } else {
+            argv[kept++] = argv[k];
+        }
+    }
+    argc = kept;
+    argv[argc] = nullptr;
+    return path;
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    const QString pluginPath = takePluginOption(argc, argv);
+    QApplication app(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("kavendi-studio"));
+
+    QCommandLineParser parser;
+    parser.setApplicationDescription(QStringLiteral("A small host for viewer plug-ins."));
+    parser.addHelpOption();
+    const QString binDir = QCoreApplication::applicationDirPath();
+    QCommandLineOption plugin(QStringLiteral("plugin"), QStringLiteral("Viewer plug-in library to load."),
+                              QStringLiteral("PATH"), binDir + QStringLiteral("/../lib/libkavendi.so"));
+    QCommandLineOption project(QStringLiteral("project"), QStringLiteral("Open a project directory."),
+                               QStringLiteral("DIR"));
+    QCommandLineOption data(QStringLiteral("data"), QStringLiteral("Host data directory."),
+                            QStringLiteral("DIR"), binDir + QStringLiteral("/../share/kavendi"));
+    QCommandLineOption open(QStringLiteral("open"), QStringLiteral("Open a viewer at start."));
+    QCommandLineOption screenshot(QStringLiteral("screenshot"),
+                                  QStringLiteral("Save the main window after start-up and exit."),
+                                  QStringLiteral("FILE"));
+    parser.addOptions({plugin, project, data, open, screenshot});
+    parser.process(app);
+
+    StudioWindow window(QDir::cleanPath(parser.value(data)));
+    if (parser.isSet(project))
+        window.host().project().setDirectory(QDir(parser.value(project)).absolutePath());
+    window.show();
+    const QString path = pluginPath.isEmpty() ? parser.value(plugin) : pluginPath;
+    const bool loaded = window.loadPlugin(QDir::cleanPath(path));
+    if (loaded && parser.isSet(open))
+        window.openViewer();
+
+    if (parser.isSet(screenshot)) {
+        const QString file = parser.value(screenshot);
+        QTimer::singleShot(1500, &window, [&window, file] {
+            const bool saved = window.grab().save(file);
+            std::fprintf(saved ? stdout : stderr, "%s %s\n", saved ? "screenshot" : "cannot write",
+                         qPrintable(file));
+            QCoreApplication::exit(saved ? 0 : 1);
+        });
+    }
+    return app.exec();
+}

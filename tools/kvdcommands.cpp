@@ -1,0 +1,8 @@
+#include "kvdcommands.h"
+
+const QList<KvdCommand>& kvdCommands()
+{
+    static const QList<KvdCommand> commands{
+    };
+    return commands;
+}

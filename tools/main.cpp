@@ -1,0 +1,45 @@
+#include "kvdcommands.h"
+
+#include <QApplication>
+
+#include <cstdio>
+#include <cstring>
+
+namespace {
+
+void usage(std::FILE* out)
+{
+    std::fprintf(out, "Usage: kvd COMMAND [ARGS...]\n\n"
+                      "Reads, writes and draws Kavendi measure repositories without a window.\n\n"
+                      "Commands:\n");
+    for (const KvdCommand& command : kvdCommands())
+        std::fprintf(out, "  %-8s %s\n", command.name, command.summary);
+    std::fprintf(out, "\nkvd COMMAND --help describes a command.\n");
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    // kvd is headless: it never opens a window, whatever display there is.
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication app(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("kvd"));
+
+    QStringList args = QCoreApplication::arguments().mid(1);
+    if (args.isEmpty()) {
+        usage(stderr);
+        return 2;
+    }
+    const QString name = args.takeFirst();
+    if (name == QLatin1String("--help") || name == QLatin1String("-h") || name == QLatin1String("help")) {
+        usage(stdout);
+        return 0;
+    }
+    for (const KvdCommand& command : kvdCommands())
+        if (name == QLatin1String(command.name))
+            return command.run(args);
+    std::fprintf(stderr, "kvd: unknown command '%s'\n\n", qPrintable(name));
+    usage(stderr);
+    return 2;
+}

@@ -64,6 +64,8 @@ public:
     bool isZoomEnabled() override;
     bool isFilterEnabled() override;
     void setFiles(QStringList* files, QStringList* others, ViewerMode mode) override;
+    // The window's own by-value overload; the host's const-reference one stays visible.
+    using QAStViewerWindow::scrollToTag;
     virtual void scrollToTag(QString tag, int line, int column);
 
     KVDPaper* paper() const { return m_paper; }

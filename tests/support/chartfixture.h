@@ -1,0 +1,45 @@
+#ifndef CHARTFIXTURE_H
+#define CHARTFIXTURE_H
+
+#include "kvdcurve.h"
+
+#include <QDateTime>
+#include <QDir>
+#include <QFile>
+#include <QPolygon>
+#include <QString>
+
+// Curves with chosen points for drawing tests and benchmarks. Each is loaded from an empty
+// data file of measure "cov" with two values for user "alice" in `repository` (made when
+// missing), so the loader reads nothing and shows nothing, and then given its points and
+// scale directly.
+namespace ChartFixture {
+
+inline KVDCurve* curve(const QString& repository, const QPolygon& points, double span, double top,
+                       double bottom, int field = 1)
+{
+    const QString path = QDir(repository).filePath(QStringLiteral("cov.alice.2.kvd"));
+    if (!QFile::exists(path)) {
+        QFile file(path);
+        if (file.open(QIODevice::WriteOnly))
+            file.close();
+    }
+    QDateTime start;
+    QDateTime end;
+    auto* c = new KVDCurve(repository, QStringLiteral("cov"), field, 2, QStringLiteral("alice"),
+                           start, end);
+    delete c->points;
+    c->points = new QPolygon(points);
+    c->span = span;
+    c->displayMax = top;
+    c->maxValue = top;
+    c->minValue = bottom;
+    c->name = QStringLiteral("cov2");
+    c->user = QStringLiteral("alice");
+    c->field = field;
+    return c;
+}
+
+} // namespace ChartFixture
+
+#endif

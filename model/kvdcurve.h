@@ -31,6 +31,15 @@ public:
     // or zero point of other gives 0.
     void DIV(const KVDCurve& other);
 
+    // Adds seconds to every point's x (negative moves the points left). Coordinates are
+    // 32-bit: a result outside that range wraps rather than overflowing.
+    void MoveX(qint64 seconds);
+
+    // The measure name a curve of valueCount values reads: measure cut at the last
+    // occurrence of the decimal valueCount (abc88 with 8 gives abc8), or measure whole
+    // when that text does not occur.
+    static QString FileMeasure(const QString& measure, int valueCount);
+
     QPolygon* points = nullptr; // owned; null when the file could not be opened
     double span = 0.0;          // seconds of the view span the x values were made for
     double displayMax = 0.0;    // top of the value scale

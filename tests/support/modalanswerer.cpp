@@ -21,9 +21,21 @@ void ModalAnswerer::push(const Answer& answer)
 void ModalAnswerer::poll()
 {
     QWidget* modal = QApplication::activeModalWidget();
-    if (!modal || !modal->isVisible() || modal == m_last)
+    if (!modal || !modal->isVisible())
         return;
+    if (modal == m_last) {
+        // An answer that did not close its widget (a disabled button, say) must fail the
+        // test, not hang it.
+        if (++m_stuckPolls < 200)
+            return;
+        ++m_unexpected;
+        m_seen.append(QLatin1String("stuck|") + modal->metaObject()->className());
+        dismiss(modal);
+        m_last = nullptr;
+        return;
+    }
     m_last = modal;
+    m_stuckPolls = 0;
     if (auto* box = qobject_cast<QMessageBox*>(modal)) {
         static const char* const icons[] = {"none", "information", "warning", "critical",
                                             "question"};
@@ -37,16 +49,21 @@ void ModalAnswerer::poll()
     }
     if (m_answers.isEmpty()) {
         ++m_unexpected;
-        if (auto* dialog = qobject_cast<QDialog*>(modal))
-            dialog->reject();
-        else
-            modal->close();
+        dismiss(modal);
     } else {
         m_answers.takeFirst()(modal);
     }
     // The same dialog object may be run again; it counts as new once it was hidden.
     if (!modal->isVisible())
         m_last = nullptr;
+}
+
+void ModalAnswerer::dismiss(QWidget* modal)
+{
+    if (auto* dialog = qobject_cast<QDialog*>(modal))
+        dialog->reject();
+    else
+        modal->close();
 }
 
 ModalAnswerer::Answer ModalAnswerer::click(const QString& text)

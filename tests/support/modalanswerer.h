@@ -14,7 +14,8 @@ class QWidget;
 // Answers the modal dialogs and message boxes a test provokes, from a timer, so that no
 // test blocks in a modal loop. Answers are used in the order pushed; each runs on the
 // active modal widget and is expected to close it. A modal widget that appears when no
-// answer is left is rejected and counted as unexpected.
+// answer is left, or that an answer left open for a second, is rejected and counted as
+// unexpected.
 class ModalAnswerer : public QObject
 {
     Q_OBJECT
@@ -39,12 +40,14 @@ public:
 
 private:
     void poll();
+    static void dismiss(QWidget* modal);
 
     QTimer m_timer;
     QList<Answer> m_answers;
     QStringList m_seen;
     QPointer<QWidget> m_last;
     int m_unexpected = 0;
+    int m_stuckPolls = 0;
 };
 
 #endif

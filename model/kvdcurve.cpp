@@ -61,33 +61,42 @@ KVDCurve::KVDCurve(const QString& repository, const QString& measure, int field,
     points = new QPolygon;
 
     const qint64 records = file.recordCount();
-    points->reserve(records);
     StudioInterface* host = QAKVD::iface();
     if (host)
         host->progressStart(int(qMin<qint64>(records, INT_MAX)),
                             tr("KVD Processing...", "Progress Message"), tr("&Stop Loading"), this,
                             1);
 
+    // One point per record, written in place: the list is sized for the whole records
+    // the file holds and cut to what was read.
+    points->reserve(records);
+    points->resize(records);
+    QPoint* out = points->data();
     // The cancel button is not consulted: a curve always holds every record of its file.
     qint64 originSecs = 0;
+    quint32 low = 0;
+    quint32 high = 0;
     int count = 0;
-    while (const quint32* record = file.next()) {
+    while (count < records) {
+        const quint32* record = file.next();
+        if (!record)
+            break;
         const quint32 total = KVDMeasureFile::fieldTotal(record, field);
-        const double v = double(total);
         const qint64 secs = qint64(KVDMeasureFile::date(record));
         if (count == 0) {
-            minValue = maxValue = v;
+            low = high = total;
             originSecs = secs;
         }
-        if (v > maxValue)
-            maxValue = v;
-        if (v < minValue)
-            minValue = v;
-        points->append(QPoint(wrap32(secs - originSecs), wrap32(-qint64(total))));
+        high = qMax(high, total);
+        low = qMin(low, total);
+        out[count] = QPoint(wrap32(secs - originSecs), wrap32(-qint64(total)));
         ++count;
         if (host)
             host->progressStep(count);
     }
+    points->resize(count);
+    minValue = double(low);
+    maxValue = double(high);
 
     if (count > 0) {
         firstDate = QDateTime::fromSecsSinceEpoch(originSecs);

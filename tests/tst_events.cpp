@@ -138,26 +138,6 @@ private slots:
         }
     }
 
-    void callCreateEvent_data()
-    {
-        QTest::addColumn<int>("id");
-        QTest::addColumn<int>("dialogs");
-        QTest::newRow("zero does nothing") << 0 << 0;
-        QTest::newRow("any other id asks") << 7 << 1;
-    }
-
-    void callCreateEvent()
-    {
-        QFETCH(int, id);
-        QFETCH(int, dialogs);
-        KVDEventList list;
-        ModalAnswerer answers;
-        answers.push(ModalAnswerer::click("Cancel"));
-        QVERIFY2(!list.CallCreateEvent(nullptr, id),
-                 "nothing is added when the dialog is cancelled");
-        QCOMPARE(answers.seen().size(), dialogs);
-    }
-
     void isNearTag_data()
     {
         QTest::addColumn<QList<QDate>>("events");

@@ -186,7 +186,7 @@ void KVDConfig::DisplayConfig()
 bool KVDConfig::ScanRepository(QString dir, bool interactive)
 {
     const QStringList entries = QDir(dir).entryList(
-        {QStringLiteral("*.kvd")}, QDir::Files | QDir::Dirs | QDir::Drives | QDir::Hidden,
+        {QStringLiteral("*.kvd")}, QDir::Files | QDir::Dirs | QDir::Drives,
         QDir::Name | QDir::IgnoreCase);
     if (entries.isEmpty()) {
         if (interactive) {

@@ -21,8 +21,9 @@ public:
     // `valueCount` values per record, in directory `repository`. `measure` may end with
     // the decimal value count; it is cut at the last occurrence of that text. `start` and
     // `end` give the wanted span: on return start is the first record's date and end
-    // start + span. When the file cannot be read the viewer's warning box says so and
-    // `points` stays null.
+    // start + span (both unchanged for a file without records). When the file cannot be
+    // read, or field is not within 1..valueCount, the viewer's warning box says so and
+    // `points` stays null. The file is opened read-only.
     KVDCurve(const QString& repository, const QString& measure, int field, int valueCount,
              const QString& user, QDateTime& start, QDateTime& end);
     ~KVDCurve() override;

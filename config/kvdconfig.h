@@ -55,6 +55,10 @@ public:
     bool defineFields = false;
     bool askPending = true;
     QAKVD* viewer = nullptr;
+
+private:
+    // dir/KVD.cfg, or the per-user file of a viewer whose view mode is 0.
+    QString ConfigPath(const QString& dir) const;
 };
 
 #endif

@@ -1,12 +1,155 @@
 #include "kvdcurve.h"
+#include "kvdmeasurefile.h"
+#include "qakvd.h"
+#include "studiointerface.h"
 
-// Placeholder until the loader lands: a curve that has read nothing, as for a file that
-// cannot be opened.
-KVDCurve::KVDCurve(const QString&, const QString&, int, int, const QString&, QDateTime&, QDateTime&)
+#include <QCoreApplication>
+
+#include <climits>
+
+namespace {
+
+// Points are 32-bit; values and second counts beyond that range wrap instead of being
+// undefined, so a total of 2^31 or more still loads.
+int wrap32(qint64 value)
 {
+    return static_cast<int>(static_cast<quint32>(static_cast<quint64>(value)));
+}
+
+} // namespace
+
+QString KVDCurve::FileMeasure(const QString& measure, int valueCount)
+{
+    const int at = measure.lastIndexOf(QString::number(valueCount));
+    return at < 0 ? measure : measure.left(at);
+}
+
+KVDCurve::KVDCurve(const QString& repository, const QString& measure, int field, int valueCount,
+                   const QString& user, QDateTime& start, QDateTime& end)
+{
+    const QString fileMeasure = FileMeasure(measure, valueCount);
+    const QString path = KVDMeasureFile::path(repository, fileMeasure, user, valueCount);
+
+    QString error;
+    if (!KVDMeasureFile::checkFieldCount(valueCount, &error)) {
+        QAKVD::warningBox(error);
+        return;
+    }
+    // The field's total is word 2 * field + 1; any other field number would read past
+    // the record or plot the key.
+    if (field < 1 || field > valueCount) {
+        QAKVD::warningBox(tr("Field %1 does not exist in %2 (1 to %3)\n",
+                             "%1 is a field number, %2 a file name, %3 the field count")
+                              .arg(field)
+                              .arg(path)
+                              .arg(valueCount));
+        return;
+    }
+    // Read-only: a repository the user may not write to must still display.
+    KVDMeasureFile file;
+    if (!file.open(path, valueCount)) {
+        QAKVD::warningBox(tr("Can't open file: %1\n", "%1 is a file name").arg(path));
+        return;
+    }
+
+    name = fileMeasure + QString::number(valueCount);
+    this->user = user;
+    this->repository = repository;
+    this->valueCount = valueCount;
+    this->field = field;
+    span = double(start.secsTo(end));
+    points = new QPolygon;
+
+    const qint64 records = file.recordCount();
+    StudioInterface* host = QAKVD::iface();
+    if (host)
+        host->progressStart(int(qMin<qint64>(records, INT_MAX)),
+                            tr("KVD Processing...", "Progress Message"), tr("&Stop Loading"), this,
+                            1);
+
+    // One point per record, written in place: the list is sized for the whole records
+    // the file holds and cut to what was read.
+    points->reserve(records);
+    points->resize(records);
+    QPoint* out = points->data();
+    // The cancel button is not consulted: a curve always holds every record of its file.
+    qint64 originSecs = 0;
+    quint32 low = 0;
+    quint32 high = 0;
+    int count = 0;
+    while (count < records) {
+        const quint32* record = file.next();
+        if (!record)
+            break;
+        const quint32 total = KVDMeasureFile::fieldTotal(record, field);
+        const qint64 secs = qint64(KVDMeasureFile::date(record));
+        if (count == 0) {
+            low = high = total;
+            originSecs = secs;
+        }
+        high = qMax(high, total);
+        low = qMin(low, total);
+        out[count] = QPoint(wrap32(secs - originSecs), wrap32(-qint64(total)));
+        ++count;
+        if (host)
+            host->progressStep(count);
+    }
+    points->resize(count);
+    minValue = double(low);
+    maxValue = double(high);
+
+    if (count > 0) {
+        firstDate = QDateTime::fromSecsSinceEpoch(originSecs);
+        start = firstDate;
+        end = firstDate.addSecs(qint64(span));
+        endDate = end;
+    }
+    // An empty file leaves the caller's range as it was: the curve has no origin to
+    // anchor it to, and a null range would blank the chart.
+    displayMax = maxValue;
+    file.close();
+    if (host)
+        host->progressEnd();
 }
 
 KVDCurve::~KVDCurve()
 {
     delete points;
+}
+
+void KVDCurve::DIV(const KVDCurve& other)
+{
+    // Points are paired by index, not by date; a point the other curve lacks counts as 0.
+    if (points) {
+        const int otherCount = other.points ? int(other.points->size()) : 0;
+        for (int i = 0; i < points->size(); ++i) {
+            QPoint& p = (*points)[i];
+            const int b = i < otherCount ? other.points->at(i).y() : 0;
+            if (b == 0) {
+                p.setY(0);
+                continue;
+            }
+            const double percent = double(p.y()) / double(b) * 100.0;
+            p.setY(wrap32(-qint64(percent)));
+        }
+    }
+    // Both limits are divided by the other curve's maximum; the scale of a ratio curve
+    // is always 0 to 100.
+    if (other.maxValue == 0.0) {
+        maxValue = 0.0;
+        minValue = 0.0;
+    } else {
+        maxValue = maxValue / other.maxValue * 100.0;
+        minValue = minValue / other.maxValue * 100.0;
+    }
+    isRatio = true;
+    displayMax = 100.0;
+}
+
+void KVDCurve::MoveX(qint64 seconds)
+{
+    if (!points || seconds == 0)
+        return;
+    for (QPoint& p : *points)
+        p.setX(wrap32(qint64(p.x()) + seconds));
 }

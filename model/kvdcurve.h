@@ -21,8 +21,9 @@ public:
     // `valueCount` values per record, in directory `repository`. `measure` may end with
     // the decimal value count; it is cut at the last occurrence of that text. `start` and
     // `end` give the wanted span: on return start is the first record's date and end
-    // start + span. When the file cannot be read the viewer's warning box says so and
-    // `points` stays null.
+    // start + span (both unchanged for a file without records). When the file cannot be
+    // read, or field is not within 1..valueCount, the viewer's warning box says so and
+    // `points` stays null. The file is opened read-only.
     KVDCurve(const QString& repository, const QString& measure, int field, int valueCount,
              const QString& user, QDateTime& start, QDateTime& end);
     ~KVDCurve() override;
@@ -30,6 +31,15 @@ public:
     // Turns this curve into the percentage this/other, pairing points by index; a missing
     // or zero point of other gives 0.
     void DIV(const KVDCurve& other);
+
+    // Adds seconds to every point's x (negative moves the points left). Coordinates are
+    // 32-bit: a result outside that range wraps rather than overflowing.
+    void MoveX(qint64 seconds);
+
+    // The measure name a curve of valueCount values reads: measure cut at the last
+    // occurrence of the decimal valueCount (abc88 with 8 gives abc8), or measure whole
+    // when that text does not occur.
+    static QString FileMeasure(const QString& measure, int valueCount);
 
     QPolygon* points = nullptr; // owned; null when the file could not be opened
     double span = 0.0;          // seconds of the view span the x values were made for

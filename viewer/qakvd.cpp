@@ -9,6 +9,7 @@
 #include <QWheelEvent>
 
 StudioInterface* QAKVD::_iface = nullptr;
+QString QAKVD::CurrentUser;
 
 QAKVD::KVDPaper::KVDPaper(QAKVD* owner, const char* name, int) : QWidget(owner), m_owner(owner)
 {

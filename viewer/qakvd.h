@@ -43,6 +43,13 @@ public:
     // The one way the viewer shows an error: a warning box on the host's main window
     // with the host's title, or parentless with the title "Kavendi" without a host.
     static void warningBox(const QString& text);
+    // The user whose measures the viewer shows; null until a user is chosen.
+    static QString GetCurrentUser() { return CurrentUser; }
+    static QString CurrentUser;
+
+    // 1: one shared view of the whole repository; 0: a view per user. Always 1; the
+    // configuration keeps its per-user branches for 0.
+    int viewMode() const { return m_viewMode; }
 
     QWidget* contentOutlineWidget() const override;
     bool isSaveEnabled() override;
@@ -104,6 +111,7 @@ private:
 
     KVDPaper* m_paper = nullptr;
     QWidget* m_userTree = nullptr;
+    int m_viewMode = 1;
 };
 
 #endif

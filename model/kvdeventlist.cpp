@@ -1,0 +1,61 @@
+#include "kvdeventlist.h"
+#include "kvdevent.h"
+#include "kvdeventset.h"
+#include "qakvd.h"
+
+#include <QCoreApplication>
+
+KVDEventList::~KVDEventList()
+{
+    clear();
+}
+
+void KVDEventList::clear()
+{
+    qDeleteAll(m_events);
+    m_events.clear();
+}
+
+bool KVDEventList::CreateEvents(QWidget* parent, unsigned int time)
+{
+    KVDEventSet dialog(parent, nullptr, 0, time);
+    if (dialog.exec() == QDialog::Rejected)
+        return false;
+    const QDate day = dialog.eventDate();
+    for (const KVDEvent* event : std::as_const(m_events)) {
+        if (event->date == day) {
+            QAKVD::warningBox(
+                QCoreApplication::translate("QAKVD", "An Event already exists for this date\n"));
+            return false;
+        }
+    }
+    auto* event = new KVDEvent(day, dialog.label(), true);
+    event->hasColor = false;
+    m_events.append(event);
+    return true;
+}
+
+bool KVDEventList::CallCreateEvent(QWidget* parent, int id)
+{
+    return id != 0 && CreateEvents(parent, 0);
+}
+
+bool KVDEventList::IsNearTag(const QDate& day) const
+{
+    for (const KVDEvent* event : m_events) {
+        if (event->date == day)
+            return true;
+    }
+    return false;
+}
+
+void KVDEventList::EventHide()
+{
+    if (m_hidden) {
+        m_hidden = false;
+        for (KVDEvent* event : std::as_const(m_events))
+            event->visible = true;
+    } else {
+        m_hidden = true;
+    }
+}

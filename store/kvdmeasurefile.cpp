@@ -107,23 +107,14 @@ qint64 KVDMeasureFile::recordCount() const
 
 bool KVDMeasureFile::refill()
 {
+    if (!m_file)
+        return false;
     m_bufferOffset += qint64(m_records) * 4 * m_recordWords;
     m_next = 0;
     const size_t words = std::fread(m_buffer.data(), 4, m_buffer.size(), m_file);
+    // Words of a partial record at the end of the file are dropped here.
     m_records = words / size_t(m_recordWords);
     return m_records > 0;
-}
-
-const quint32* KVDMeasureFile::next()
-{
-    if (!m_file)
-        return nullptr;
-    if (m_next >= m_records && !refill())
-        return nullptr;
-    const quint32* record = m_buffer.data() + m_next * size_t(m_recordWords);
-    m_offset = m_bufferOffset + qint64(m_next) * 4 * m_recordWords;
-    ++m_next;
-    return record;
 }
 
 bool KVDMeasureFile::seek(qint64 byteOffset)

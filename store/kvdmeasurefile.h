@@ -70,13 +70,21 @@ public:
 
     // The next whole record, or null at the end of the file. The words stay valid until
     // the next call of next(), seek() or close().
-    const quint32* next();
+    const quint32* next()
+    {
+        if (m_next >= m_records && !refill())
+            return nullptr;
+        m_offset = m_bufferOffset + qint64(m_next) * 4 * m_recordWords;
+        return m_buffer.data() + m_next++ * size_t(m_recordWords);
+    }
     // Byte offset of the record next() returned last.
     qint64 offset() const { return m_offset; }
     // Makes next() continue with the record at byteOffset.
     bool seek(qint64 byteOffset);
 
 private:
+    // Loads the records following the buffer; false at the end of the file or when none
+    // is open.
     bool refill();
 
     std::FILE* m_file = nullptr;

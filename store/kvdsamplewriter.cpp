@@ -109,7 +109,7 @@ bool KVDSampleWriter::create(const QString& root, const QString& measure, const 
     m_index.clear();
     m_latest.clear();
     m_slots.clear();
-    m_lastSlot = -1;
+    std::fill(std::begin(m_recent), std::end(m_recent), Recent());
     m_offset = 0;
     m_recordCount = 0;
     if (!KVDMeasureFile::checkFieldCount(fieldCount, error))
@@ -149,8 +149,9 @@ bool KVDSampleWriter::append(quint32 date, quint32 key, const quint32* values)
         return false;
     }
 
-    int slot = m_lastSlot;
-    if (slot < 0 || key != m_lastKey) {
+    Recent& recent = m_recent[(key * 0x9E3779B1u) >> (32 - RecentBits)];
+    int slot = recent.slot;
+    if (slot < 0 || recent.key != key) {
         const auto found = m_slots.constFind(key);
         if (found == m_slots.cend()) {
             slot = int(m_index.size() / 2);
@@ -161,23 +162,24 @@ bool KVDSampleWriter::append(quint32 date, quint32 key, const quint32* values)
         } else {
             slot = *found;
         }
-        m_lastKey = key;
-        m_lastSlot = slot;
+        recent = Recent{key, slot};
     }
     m_index[2 * size_t(slot) + 1] = quint32(m_offset);
 
     // Total of a field = sum over keys of each key's latest value: the record's own value
     // replaces the previous one of its key (none for a new key, which counts as 0).
-    quint32* latest = m_latest.data() + size_t(slot) * size_t(m_fieldCount);
-    quint32* totals = m_totals.data();
-    quint32* out = m_out.data() + m_used;
+    const int fields = m_fieldCount;
+    quint32* __restrict latest = m_latest.data() + size_t(slot) * size_t(fields);
+    quint32* __restrict totals = m_totals.data();
+    quint32* __restrict out = m_out.data() + m_used;
     out[0] = date;
     out[1] = key;
-    for (int k = 0; k < m_fieldCount; ++k) {
-        const quint32 total = totals[k] + values[k] - latest[k];
+    for (int k = 0; k < fields; ++k) {
+        const quint32 value = values[k];
+        const quint32 total = totals[k] + value - latest[k];
         totals[k] = total;
-        latest[k] = values[k];
-        out[2 + 2 * k] = values[k];
+        latest[k] = value;
+        out[2 + 2 * k] = value;
         out[3 + 2 * k] = total;
     }
     m_used += size_t(m_recordWords);

@@ -92,8 +92,15 @@ private:
     std::vector<quint32> m_index;  // key, offset, key, offset...
     std::vector<quint32> m_latest; // fieldCount words per index entry
     QHash<quint32, int> m_slots;   // key -> index entry
-    quint32 m_lastKey = 0;
-    int m_lastSlot = -1;
+    // Recently used keys by a hash of the key, in front of m_slots: most files have few
+    // keys, and the lookup is the bulk of the work per record.
+    struct Recent
+    {
+        quint32 key = 0;
+        int slot = -1;
+    };
+    static constexpr int RecentBits = 8;
+    Recent m_recent[1 << RecentBits];
 };
 
 #endif

@@ -52,17 +52,36 @@ private slots:
         QTest::addColumn<QString>("user");
         QTest::addColumn<int>("count");
         QTest::addColumn<bool>("numeric");
-        QTest::newRow("plain") << "cov.alice.4.kvd" << "cov" << "alice" << 4 << true;
-        QTest::newRow("in a directory with dots")
-            << "/repo.v2/x.y/cov.alice.8.kvd" << "cov" << "alice" << 8 << true;
-        QTest::newRow("negative count") << "cov.alice.-3.kvd" << "cov" << "alice" << -3 << true;
-        QTest::newRow("count above the limit") << "cov.a.10000.kvd" << "cov" << "a" << 10000 << true;
-        QTest::newRow("count not a number") << "cov.alice.abc.kvd" << "cov" << "alice" << 0 << false;
-        QTest::newRow("count missing") << "cov.alice.kvd" << "cov" << "alice" << 0 << false;
-        QTest::newRow("user missing") << "cov.kvd" << "cov" << "kvd" << 0 << false;
-        QTest::newRow("no dot") << "cov" << "cov" << "" << 0 << false;
-        QTest::newRow("dot in the measure") << "a.b.c.4.kvd" << "a" << "b" << 0 << false;
-        QTest::newRow("empty") << "" << "" << "" << 0 << false;
+        QTest::newRow("plain") << "cov.alice.4.kvd"
+                               << "cov"
+                               << "alice" << 4 << true;
+        QTest::newRow("in a directory with dots") << "/repo.v2/x.y/cov.alice.8.kvd"
+                                                  << "cov"
+                                                  << "alice" << 8 << true;
+        QTest::newRow("negative count") << "cov.alice.-3.kvd"
+                                        << "cov"
+                                        << "alice" << -3 << true;
+        QTest::newRow("count above the limit") << "cov.a.10000.kvd"
+                                               << "cov"
+                                               << "a" << 10000 << true;
+        QTest::newRow("count not a number") << "cov.alice.abc.kvd"
+                                            << "cov"
+                                            << "alice" << 0 << false;
+        QTest::newRow("count missing") << "cov.alice.kvd"
+                                       << "cov"
+                                       << "alice" << 0 << false;
+        QTest::newRow("user missing") << "cov.kvd"
+                                      << "cov"
+                                      << "kvd" << 0 << false;
+        QTest::newRow("no dot") << "cov"
+                                << "cov"
+                                << "" << 0 << false;
+        QTest::newRow("dot in the measure") << "a.b.c.4.kvd"
+                                            << "a"
+                                            << "b" << 0 << false;
+        QTest::newRow("empty") << ""
+                               << ""
+                               << "" << 0 << false;
     }
 
     void splitName()
@@ -126,7 +145,8 @@ private slots:
         int read = 0;
         while (const quint32* record = reader.next()) {
             QCOMPARE(reader.offset(), read * recordBytes);
-            QVERIFY2(memcmp(record, bytes.constData() + read * recordBytes, size_t(recordBytes)) == 0,
+            QVERIFY2(memcmp(record, bytes.constData() + read * recordBytes, size_t(recordBytes)) ==
+                         0,
                      "a record differs from the bytes of the file");
             ++read;
         }
@@ -194,44 +214,55 @@ private slots:
         QTest::addColumn<int>("status");
         QTest::addColumn<QString>("out");
         QTest::addColumn<QString>("err");
-        QTest::newRow("key of the empty text") << QStringList{"key", ""} << false << 0
-                                               << "^0x94949494\n$" << "";
+        QTest::newRow("key of the empty text")
+            << QStringList{"key", ""} << false << 0 << "^0x94949494\n$"
+            << "";
         QTest::newRow("key of abcd") << QStringList{"key", "abcd"} << false << 0 << "^0xaca0a4b8\n$"
                                      << "";
-        QTest::newRow("key without text") << QStringList{"key"} << false << 2 << "^$" << "kvd key: ";
+        QTest::newRow("key without text") << QStringList{"key"} << false << 2 << "^$"
+                                          << "kvd key: ";
         QTest::newRow("write without repository")
             << QStringList{"write", "cov", "u", "1", "0", "5"} << false << 1 << "^$"
             << "ZANTH_KVD_ROOT is not set";
         QTest::newRow("write, repository missing")
             << QStringList{"write", "cov", "u", "1", "0", "5"} << true << 1 << "^$"
             << "not a writable directory";
-        QTest::newRow("write, bad key") << QStringList{"write", "cov", "u", "k1", "0", "5"} << false
-                                        << 2 << "^$" << "KEY is not a 32-bit number";
+        QTest::newRow("write, bad key")
+            << QStringList{"write", "cov", "u", "k1", "0", "5"} << false << 2 << "^$"
+            << "KEY is not a 32-bit number";
         QTest::newRow("write, value too big")
             << QStringList{"write", "cov", "u", "1", "0", "4294967296"} << false << 2 << "^$"
             << "VALUE is not a 32-bit number";
-        QTest::newRow("write, slash in a name") << QStringList{"write", "a/b", "u", "1", "0", "5"}
-                                                << false << 2 << "^$" << "cannot hold";
-        QTest::newRow("dump, missing file") << QStringList{"dump", "/nonexistent/c.u.4.kvd"} << false
-                                            << 1 << "^$" << "Can't open file";
+        QTest::newRow("write, slash in a name")
+            << QStringList{"write", "a/b", "u", "1", "0", "5"} << false << 2 << "^$"
+            << "cannot hold";
+        QTest::newRow("dump, missing file")
+            << QStringList{"dump", "/nonexistent/c.u.4.kvd"} << false << 1 << "^$"
+            << "Can't open file";
         QTest::newRow("dump, no count in the name")
             << QStringList{"dump", TestEnv::dataFile("measure/nodots.kvd")} << false << 2 << "^$"
             << "--fields";
         QTest::newRow("dump, partial record")
             << QStringList{"dump", TestEnv::dataFile("measure/cov.trunc.4.kvd")} << false << 0
-            << "^(\\d+ \\d+ \\S+Z 0x[0-9a-f]{8}( \\d+/\\d+){4}\n){3}$" << "20 bytes";
+            << "^(\\d+ \\d+ \\S+Z 0x[0-9a-f]{8}( \\d+/\\d+){4}\n){3}$"
+            << "20 bytes";
         QTest::newRow("dump, count of 10000")
             << QStringList{"dump", TestEnv::dataFile("measure/cov.huge.10000.kvd")} << false << 1
-            << "^$" << "10000";
-        QTest::newRow("sample, no user") << QStringList{"sample", "/tmp/x", "--users", "0"} << false
-                                         << 2 << "^$" << "--users takes 1 to 1000";
-        QTest::newRow("sample, bad end") << QStringList{"sample", "/tmp/x", "--end", "2024-13-01"}
-                                         << false << 2 << "^$" << "--end";
+            << "^$"
+            << "10000";
+        QTest::newRow("sample, no user")
+            << QStringList{"sample", "/tmp/x", "--users", "0"} << false << 2 << "^$"
+            << "--users takes 1 to 1000";
+        QTest::newRow("sample, bad end")
+            << QStringList{"sample", "/tmp/x", "--end", "2024-13-01"} << false << 2 << "^$"
+            << "--end";
         QTest::newRow("sample, before 1970")
             << QStringList{"sample", "/tmp/x", "--end", "1970-01-05", "--days", "10"} << false << 1
-            << "^$" << "32-bit dates";
-        QTest::newRow("sample, unknown option") << QStringList{"sample", "/tmp/x", "--colour"}
-                                                << false << 2 << "^$" << "Unknown option";
+            << "^$"
+            << "32-bit dates";
+        QTest::newRow("sample, unknown option")
+            << QStringList{"sample", "/tmp/x", "--colour"} << false << 2 << "^$"
+            << "Unknown option";
         for (const char* command : {"sample", "write", "key", "dump"})
             QTest::newRow(qPrintable(QStringLiteral("%1 --help").arg(command)))
                 << QStringList{command, "--help"} << false << 0
@@ -290,9 +321,9 @@ private slots:
                                          .toUtf8());
                 QVERIFY2(columns[2].startsWith("2024-02-2"), "dated outside the week asked for");
                 for (int k = 0; k < count; ++k)
-                    QCOMPARE(columns[4 + k], QByteArray::number(KVDMeasureFile::value(record, k)) +
-                                                 '/' +
-                                                 QByteArray::number(KVDMeasureFile::total(record, k)));
+                    QCOMPARE(columns[4 + k],
+                             QByteArray::number(KVDMeasureFile::value(record, k)) + '/' +
+                                 QByteArray::number(KVDMeasureFile::total(record, k)));
             }
         }
 

@@ -273,7 +273,8 @@ private slots:
         const Words words = wordsOf(repo.path("tests", "bob", 1));
         QVERIFY2(words.size() == 4, "one record of one field expected");
         if (date == 0)
-            QVERIFY2(words[0] >= before && words[0] <= after, "date 0 should become the time of writing");
+            QVERIFY2(words[0] >= before && words[0] <= after,
+                     "date 0 should become the time of writing");
         else
             QCOMPARE(words[0], date);
     }
@@ -299,8 +300,8 @@ private slots:
         // ^ 4A4A4A4A = 353535CA, << 1 = 6A6A6B94; zero group: << 1 = D4D4D728.
         QTest::newRow("four bytes 0x80") << QByteArray("\x80\x80\x80\x80") << 0xD4D4D728u;
         // The length is a 16-bit quantity: 65540 bytes hash as their first 4, "abcd".
-        QTest::newRow("length past 65535") << (QByteArray("abcd") + QByteArray(65536, 'x'))
-                                           << 0xACA0A4B8u;
+        QTest::newRow("length past 65535")
+            << (QByteArray("abcd") + QByteArray(65536, 'x')) << 0xACA0A4B8u;
     }
 
     void fileKey()
@@ -334,8 +335,9 @@ private slots:
         StderrCapture capture;
         const unsigned int result = File_Key(length < 0 ? nullptr : text.constData(), &key);
         QCOMPARE(result, refused ? 1u : 0u);
-        QCOMPARE(capture.text(),
-                 refused ? QByteArray("Quillon - Kavendi: Unable to allocate memory\n") : QByteArray());
+        QCOMPARE(capture.text(), refused
+                                     ? QByteArray("Quillon - Kavendi: Unable to allocate memory\n")
+                                     : QByteArray());
         if (refused)
             QVERIFY2(key == 0x12345678, "a refused text must leave the key alone");
     }
@@ -344,11 +346,15 @@ private slots:
     {
         QTest::addColumn<int>("operation");
         QTest::addColumn<QByteArray>("message");
-        QTest::newRow("create in a missing directory") << 0 << QByteArray("Unable to create KVD file");
+        QTest::newRow("create in a missing directory")
+            << 0 << QByteArray("Unable to create KVD file");
         QTest::newRow("update without index") << 1 << QByteArray("Unable to open index file");
-        QTest::newRow("totals of a missing file") << 2 << QByteArray("Unable to open DataBase file");
-        QTest::newRow("append in a missing directory") << 3 << QByteArray("Unable to open DataBase file");
-        QTest::newRow("totals past the last record") << 4 << QByteArray("Unable to read DataBase file");
+        QTest::newRow("totals of a missing file")
+            << 2 << QByteArray("Unable to open DataBase file");
+        QTest::newRow("append in a missing directory")
+            << 3 << QByteArray("Unable to open DataBase file");
+        QTest::newRow("totals past the last record")
+            << 4 << QByteArray("Unable to read DataBase file");
     }
 
     // The building blocks report their own failures and answer 1.
@@ -441,7 +447,8 @@ private slots:
     {
         QTest::addColumn<KVDSampleWriter::Options>("options");
         QTest::newRow("defaults") << KVDSampleWriter::Options{3, 90, 4, 1, QDate(2024, 3, 31)};
-        QTest::newRow("one day, one record") << KVDSampleWriter::Options{1, 1, 1, 9, QDate(1970, 1, 1)};
+        QTest::newRow("one day, one record")
+            << KVDSampleWriter::Options{1, 1, 1, 9, QDate(1970, 1, 1)};
         QTest::newRow("many users, busy days")
             << KVDSampleWriter::Options{14, 20, 50, 77, QDate(2030, 6, 15)};
     }
@@ -457,7 +464,8 @@ private slots:
         QCOMPARE(files.size(), 3 * options.users);
         const qint64 first = QDateTime(options.end.addDays(1 - options.days), QTime(0, 0), Qt::UTC)
                                  .toSecsSinceEpoch();
-        const qint64 last = QDateTime(options.end.addDays(1), QTime(0, 0), Qt::UTC).toSecsSinceEpoch();
+        const qint64 last =
+            QDateTime(options.end.addDays(1), QTime(0, 0), Qt::UTC).toSecsSinceEpoch();
         for (const QString& user : KVDSampleWriter::userNames(options.users)) {
             const Words cov4 = wordsOf(repo.path("cov", user, 4));
             const Words cov8 = wordsOf(repo.path("cov", user, 8));
@@ -503,7 +511,8 @@ private slots:
         const QString name = QStringLiteral("/cov.bob.8.kvd");
         QCOMPARE(bytesOf(a.root() + name), bytesOf(b.root() + name));
         QVERIFY2(bytesOf(a.root() + name) != bytesOf(c.root() + name), "the seed changes nothing");
-        QVERIFY2(bytesOf(a.root() + name) != bytesOf(d.root() + name), "the end day changes nothing");
+        QVERIFY2(bytesOf(a.root() + name) != bytesOf(d.root() + name),
+                 "the end day changes nothing");
     }
 
     // A lock left behind keeps a writer waiting until it goes.

@@ -16,11 +16,6 @@ namespace {
 constexpr size_t FlushWords = 1 << 18;
 constexpr quint64 MaxDataBytes = quint64(1) << 32; // index offsets are 32-bit
 
-QString tr(const char* text, const char* comment = nullptr)
-{
-    return QCoreApplication::translate("KVDSampleWriter", text, comment);
-}
-
 // A small generator whose sequence is fixed by the seed on every platform (the standard
 // distributions are not), so a seed always gives the same repository.
 class Random
@@ -116,7 +111,9 @@ bool KVDSampleWriter::create(const QString& root, const QString& measure, const 
         return false;
     if (measure.contains(QLatin1Char('/')) || user.contains(QLatin1Char('/'))) {
         if (error)
-            *error = tr("A measure or user name cannot hold \"/\": %1, %2\n").arg(measure, user);
+            *error = QCoreApplication::translate(
+                         "KVDSampleWriter", "A measure or user name cannot hold \"/\": %1, %2\n")
+                         .arg(measure, user);
         return false;
     }
     m_fieldCount = fieldCount;
@@ -128,7 +125,9 @@ bool KVDSampleWriter::create(const QString& root, const QString& measure, const 
     m_data = std::fopen(QFile::encodeName(m_dataPath).constData(), "wb");
     if (!m_data) {
         if (error)
-            *error = tr("Can't create file: %1\n", "%1 is a file name").arg(m_dataPath);
+            *error = QCoreApplication::translate("KVDSampleWriter", "Can't create file: %1\n",
+                                                 "%1 is a file name")
+                         .arg(m_dataPath);
         return false;
     }
     std::setvbuf(m_data, nullptr, _IONBF, 0);
@@ -144,7 +143,9 @@ bool KVDSampleWriter::append(quint32 date, quint32 key, const quint32* values)
         return false;
     const quint64 recordBytes = 4 * quint64(m_recordWords);
     if (m_offset + recordBytes > MaxDataBytes) {
-        fail(tr("%1 would outgrow 4 GiB, the most its index can address\n", "%1 is a file name")
+        fail(QCoreApplication::translate("KVDSampleWriter",
+                                         "%1 would outgrow 4 GiB, the most its index can address\n",
+                                         "%1 is a file name")
                  .arg(m_dataPath));
         return false;
     }
@@ -191,7 +192,9 @@ bool KVDSampleWriter::append(quint32 date, quint32 key, const quint32* values)
 bool KVDSampleWriter::flush()
 {
     if (m_used && std::fwrite(m_out.data(), 4, m_used, m_data) != m_used)
-        fail(tr("Can't write file: %1\n", "%1 is a file name").arg(m_dataPath));
+        fail(QCoreApplication::translate("KVDSampleWriter", "Can't write file: %1\n",
+                                         "%1 is a file name")
+                 .arg(m_dataPath));
     m_used = 0;
     return m_error.isEmpty();
 }
@@ -201,17 +204,21 @@ bool KVDSampleWriter::finish(QString* error)
     if (m_data) {
         flush();
         if (std::fclose(m_data) != 0)
-            fail(tr("Can't write file: %1\n", "%1 is a file name").arg(m_dataPath));
+            fail(QCoreApplication::translate("KVDSampleWriter", "Can't write file: %1\n",
+                                             "%1 is a file name")
+                     .arg(m_dataPath));
         m_data = nullptr;
         if (m_error.isEmpty()) {
             std::FILE* index = std::fopen(QFile::encodeName(m_indexPath).constData(), "wb");
             const bool written =
                 index && std::fwrite(m_index.data(), 4, m_index.size(), index) == m_index.size();
             if (!index || std::fclose(index) != 0 || !written)
-                fail(tr("Can't write file: %1\n", "%1 is a file name").arg(m_indexPath));
+                fail(QCoreApplication::translate("KVDSampleWriter", "Can't write file: %1\n",
+                                                 "%1 is a file name")
+                         .arg(m_indexPath));
         }
     } else {
-        fail(tr("No measure file is being written\n"));
+        fail(QCoreApplication::translate("KVDSampleWriter", "No measure file is being written\n"));
     }
     if (!m_error.isEmpty() && error)
         *error = m_error;
@@ -227,7 +234,9 @@ bool KVDSampleWriter::writePair(const QString& root, const QString& measure, con
     for (const Record& record : records) {
         if (record.values.size() != fieldCount) {
             if (error)
-                *error = tr("A record of %1 values cannot go to a measure of %2 values\n")
+                *error = QCoreApplication::translate(
+                             "KVDSampleWriter",
+                             "A record of %1 values cannot go to a measure of %2 values\n")
                              .arg(record.values.size())
                              .arg(fieldCount);
             return false;
@@ -257,23 +266,32 @@ bool KVDSampleWriter::writeRepository(const QString& root, const Options& option
         return false;
     };
     if (options.users < 1 || options.users > 1000)
-        return refuse(
-            tr("The number of users must be from 1 to 1000, not %1\n").arg(options.users));
+        return refuse(QCoreApplication::translate(
+                          "KVDSampleWriter", "The number of users must be from 1 to 1000, not %1\n")
+                          .arg(options.users));
     if (options.days < 1 || options.days > 36500)
-        return refuse(tr("The number of days must be from 1 to 36500, not %1\n").arg(options.days));
+        return refuse(QCoreApplication::translate(
+                          "KVDSampleWriter", "The number of days must be from 1 to 36500, not %1\n")
+                          .arg(options.days));
     if (options.perDay < 1 || options.perDay > 10000)
-        return refuse(tr("The number of records a day must be from 1 to 10000, not %1\n")
-                          .arg(options.perDay));
+        return refuse(
+            QCoreApplication::translate(
+                "KVDSampleWriter", "The number of records a day must be from 1 to 10000, not %1\n")
+                .arg(options.perDay));
     const QDate end = options.end.isNull() ? QDateTime::currentDateTimeUtc().date() : options.end;
     const qint64 lastDay = epochDay(end);
     const qint64 firstDay = lastDay - options.days + 1;
     // Dates are 32-bit seconds since 1970: the whole range must fit.
     if (!end.isValid() || firstDay < 0 || (lastDay + 1) * 86400 > qint64(0xFFFFFFFFu))
-        return refuse(tr("Records from %1 to %2 do not fit in 32-bit dates (1970 to 2106)\n")
+        return refuse(QCoreApplication::translate(
+                          "KVDSampleWriter",
+                          "Records from %1 to %2 do not fit in 32-bit dates (1970 to 2106)\n")
                           .arg(end.addDays(1 - options.days).toString(Qt::ISODate),
                                end.toString(Qt::ISODate)));
     if (!QDir().mkpath(root))
-        return refuse(tr("Can't create directory: %1\n", "%1 is a directory").arg(root));
+        return refuse(QCoreApplication::translate("KVDSampleWriter", "Can't create directory: %1\n",
+                                                  "%1 is a directory")
+                          .arg(root));
 
     if (files)
         files->clear();

@@ -4,8 +4,11 @@
 #include <QDir>
 #include <QFile>
 
-#include <cerrno>
 #include <algorithm>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace {
 constexpr size_t BufferBytes = 1 << 20;
@@ -13,10 +16,12 @@ constexpr size_t BufferBytes = 1 << 20;
 
 KVDMeasureFile::Name KVDMeasureFile::splitName(const QString& fileName)
 {
+    // Only the last path component is a file name; a directory may hold dots too.
+    const QString base = fileName.mid(fileName.lastIndexOf(QLatin1Char('/')) + 1);
     Name name;
-    name.measure = fileName.section(QLatin1Char('.'), 0, 0);
-    name.user = fileName.section(QLatin1Char('.'), 1, 1);
-    name.fieldCount = fileName.section(QLatin1Char('.'), 2, 2).toInt();
+    name.measure = base.section(QLatin1Char('.'), 0, 0);
+    name.user = base.section(QLatin1Char('.'), 1, 1);
+    name.fieldCount = base.section(QLatin1Char('.'), 2, 2).toInt(&name.numeric);
     return name;
 }
 
@@ -49,19 +54,30 @@ bool KVDMeasureFile::open(const QString& path, int fieldCount, QString* error)
     close();
     if (!checkFieldCount(fieldCount, error))
         return false;
-    m_file = std::fopen(QFile::encodeName(path).constData(), "rb");
-    if (!m_file) {
+    // Opened without blocking so that a pipe or device named like a data file cannot hang
+    // the reader; only regular files are read (a directory would open too).
+    const int fd = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    if (fd < 0) {
         if (error)
-            *error = QCoreApplication::translate("KVDMeasureFile", "Can't open file: %1\n", "%1 is a file name")
+            *error = QCoreApplication::translate("KVDMeasureFile", "Can't open file: %1\n",
+                                                 "%1 is a file name")
                          .arg(path);
         return false;
     }
+    struct stat info;
+    if (fstat(fd, &info) != 0 || !S_ISREG(info.st_mode) || !(m_file = fdopen(fd, "rb"))) {
+        ::close(fd);
+        if (error)
+            *error = QCoreApplication::translate("KVDMeasureFile", "Not a measure data file: %1\n",
+                                                 "%1 is a file name")
+                         .arg(path);
+        return false;
+    }
+    // Reads go straight into the record buffer; stdio buffering would only copy twice.
     std::setvbuf(m_file, nullptr, _IONBF, 0);
     m_fieldCount = fieldCount;
     m_recordWords = recordWords(fieldCount);
-    std::fseek(m_file, 0, SEEK_END);
-    m_size = ftello(m_file);
-    std::fseek(m_file, 0, SEEK_SET);
+    m_size = qint64(info.st_size);
     const size_t perBuffer = std::max<size_t>(1, BufferBytes / (4 * size_t(m_recordWords)));
     m_buffer.resize(perBuffer * size_t(m_recordWords));
     m_bufferOffset = 0;
@@ -77,7 +93,11 @@ void KVDMeasureFile::close()
     m_file = nullptr;
     m_buffer.clear();
     m_buffer.shrink_to_fit();
+    m_fieldCount = m_recordWords = 0;
+    m_size = 0;
+    m_bufferOffset = 0;
     m_records = m_next = 0;
+    m_offset = -1;
 }
 
 qint64 KVDMeasureFile::recordCount() const
@@ -87,23 +107,14 @@ qint64 KVDMeasureFile::recordCount() const
 
 bool KVDMeasureFile::refill()
 {
+    if (!m_file)
+        return false;
     m_bufferOffset += qint64(m_records) * 4 * m_recordWords;
     m_next = 0;
     const size_t words = std::fread(m_buffer.data(), 4, m_buffer.size(), m_file);
+    // Words of a partial record at the end of the file are dropped here.
     m_records = words / size_t(m_recordWords);
     return m_records > 0;
-}
-
-const quint32* KVDMeasureFile::next()
-{
-    if (!m_file)
-        return nullptr;
-    if (m_next >= m_records && !refill())
-        return nullptr;
-    const quint32* record = m_buffer.data() + m_next * size_t(m_recordWords);
-    m_offset = m_bufferOffset + qint64(m_next) * 4 * m_recordWords;
-    ++m_next;
-    return record;
 }
 
 bool KVDMeasureFile::seek(qint64 byteOffset)

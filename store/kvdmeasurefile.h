@@ -27,13 +27,16 @@ public:
     // The parts of a file name M.U.N.ext as readers split it.
     struct Name
     {
-        QString measure;    // text before the first "."
-        QString user;       // text between the first and the second "."
-        int fieldCount = 0; // text between the second and third "." as a number, else 0
+        QString measure;      // text before the first "."
+        QString user;         // text between the first and the second "."
+        int fieldCount = 0;   // text between the second and third "." as a number, else 0
+        bool numeric = false; // that text was a decimal number
         // The measure key: measure followed by the field count in decimal (cov8).
         QString key() const { return measure + QString::number(fieldCount); }
     };
 
+    // Splits the last component of fileName (a directory part is ignored). M and U hold
+    // no "."; a name with more dots is split all the same, as every reader does.
     static Name splitName(const QString& fileName);
     // root + separator + M.U.N + extension (".kvd", ".idx" or ".lck").
     static QString path(const QString& root, const QString& measure, const QString& user,
@@ -55,7 +58,8 @@ public:
     KVDMeasureFile& operator=(const KVDMeasureFile&) = delete;
 
     // Opens a data file of fieldCount fields for reading. False, with a message for the
-    // user in *error, when the count is out of range or the file cannot be opened.
+    // user in *error, when the count is out of range or the path is not a readable regular
+    // file; nothing is allocated for a refused count.
     bool open(const QString& path, int fieldCount, QString* error = nullptr);
     void close();
     bool isOpen() const { return m_file != nullptr; }
@@ -66,13 +70,21 @@ public:
 
     // The next whole record, or null at the end of the file. The words stay valid until
     // the next call of next(), seek() or close().
-    const quint32* next();
+    const quint32* next()
+    {
+        if (m_next >= m_records && !refill())
+            return nullptr;
+        m_offset = m_bufferOffset + qint64(m_next) * 4 * m_recordWords;
+        return m_buffer.data() + m_next++ * size_t(m_recordWords);
+    }
     // Byte offset of the record next() returned last.
     qint64 offset() const { return m_offset; }
     // Makes next() continue with the record at byteOffset.
     bool seek(qint64 byteOffset);
 
 private:
+    // Loads the records following the buffer; false at the end of the file or when none
+    // is open.
     bool refill();
 
     std::FILE* m_file = nullptr;

@@ -1,0 +1,23 @@
+#include "samplerepository.h"
+#include "kvdmeasurefile.h"
+
+SampleRepository::SampleRepository() = default;
+
+QString SampleRepository::path(const QString& measure, const QString& user, int fieldCount,
+                               const char* extension) const
+{
+    return KVDMeasureFile::path(root(), measure, user, fieldCount, extension);
+}
+
+bool SampleRepository::fill(const KVDSampleWriter::Options& options, QStringList* files)
+{
+    m_error.clear();
+    return KVDSampleWriter::writeRepository(root(), options, files, nullptr, &m_error);
+}
+
+bool SampleRepository::writePair(const QString& measure, const QString& user, int fieldCount,
+                                 const QList<KVDSampleWriter::Record>& records)
+{
+    m_error.clear();
+    return KVDSampleWriter::writePair(root(), measure, user, fieldCount, records, &m_error);
+}

@@ -1,0 +1,27 @@
+#ifndef KVDCLI_H
+#define KVDCLI_H
+
+#include <QCommandLineParser>
+#include <QString>
+#include <QStringList>
+#include <QtGlobal>
+
+// What the subcommands of kvd share: option parsing with --help, and error reporting.
+namespace KvdCli {
+
+// Parses args (the words after the subcommand) with parser, to which a --help option is
+// added. Answers -1 to go on, otherwise the exit status: 0 after printing usage on
+// standard output for --help, 2 after printing the parse error and usage on standard
+// error.
+int parse(QCommandLineParser& parser, const char* command, const QStringList& args,
+          const char* usage);
+// Prints "kvd COMMAND: message" on standard error and answers status.
+int fail(const char* command, const QString& message, int status = 1);
+// An unsigned 32-bit number in decimal or, with a 0x prefix, hexadecimal.
+bool toWord(const QString& text, quint32* word);
+// A count in decimal, within [low, high].
+bool toCount(const QString& text, int low, int high, int* count);
+
+} // namespace KvdCli
+
+#endif

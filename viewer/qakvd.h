@@ -3,19 +3,37 @@
 
 #include "qastviewerwindow.h"
 
+#include <QColor>
+#include <QDateTime>
+#include <QList>
+#include <QPixmap>
+#include <QPointer>
+#include <QString>
 #include <QWidget>
 
+class KVDConfig;
+class KVDCurve;
+class KVDEvent;
+class KVDToolTip;
+class QAction;
 class QARes;
+class QAListView;
+class QMenu;
+class QToolBar;
+class QTreeWidget;
+class QTreeWidgetItem;
 class StudioInterface;
 
-// The chart viewer window the plug-in creates for the host.
+// The chart viewer window the plug-in creates for the host. It owns the repository
+// configuration, the curve and event lists (and their items), the view dates and the
+// paper; it deletes itself when closed.
 class QAKVD : public QAStViewerWindow
 {
     Q_OBJECT
 
 public:
     // The drawing surface: shows the viewer's latest picture and hands mouse events to
-    // the viewer; wheel events are swallowed.
+    // the viewer; wheel events are deliberately swallowed.
     class KVDPaper : public QWidget
     {
     public:
@@ -32,19 +50,40 @@ public:
         QAKVD* m_owner = nullptr;
     };
 
-    // flags are the host's widget flags (WDestructiveClose...); activate is handed to
-    // the host through setActivateDisplay.
+    // flags are the host's widget flags (WDestructiveClose...); activate is handed to the
+    // host through setActivateDisplay. The window starts at once: when the repository
+    // cannot be opened it closes itself (and, with WDestructiveClose, goes away).
     QAKVD(QWidget* parent, const char* name, int flags, bool activate);
     ~QAKVD() override;
 
-    // Remembers the host interface (null without a host) for every window.
+    // Remembers the host interface (null without a host) for every window and, the first
+    // time there is one, creates the shared tool bar in its main window.
     static void initialize(QARes* res, StudioInterface* iface);
     static StudioInterface* iface() { return _iface; }
     // The one way the viewer shows an error: a warning box on the host's main window
     // with the host's title, or parentless with the title "Kavendi" without a host.
     static void warningBox(const QString& text);
+    // True once a window has finished starting, until a window goes away.
+    static bool Launched();
+    static QString GetCurrentUser();
+    // The tool bar shared by every viewer window, in the host's main window.
+    static void CreateToolBar(QMainWindow* mainWindow);
+    static void ResetToolBar();
+    static QToolBar* toolBar() { return ToolBar; }
+
+    // Finds the repository and loads its configuration; false after the failing step
+    // has shown its message.
+    bool Start();
+    // Builds the user tree shown in the host's outline pane.
+    void CreateTree();
+    // Builds the "&Kavendi" menu and puts it into the host's menu bar; false without a
+    // host, when the menu is there already, or when the current user is unknown.
+    bool CreateToolMenu();
+    // Whether a checked row of list (column 2) shows the date-time of Unix time `time`.
+    bool InList(unsigned int time, QTreeWidget* list);
 
     QWidget* contentOutlineWidget() const override;
+    bool canClose() override;
     bool isSaveEnabled() override;
     bool isSaveAsEnabled() override;
     bool isPrintEnabled() override;
@@ -68,7 +107,28 @@ public:
     using QAStViewerWindow::scrollToTag;
     virtual void scrollToTag(QString tag, int line, int column);
 
+    // Read access for the host, the tools and the tests.
     KVDPaper* paper() const { return m_paper; }
+    KVDConfig* config() const { return m_config; }
+    QList<KVDCurve*>& curves() { return m_curves; }
+    QList<KVDEvent*>& events() { return m_events; }
+    QDateTime viewStart() const { return m_start; }
+    QDateTime viewEnd() const { return m_end; }
+    bool datesSet() const { return m_datesSet; }
+    bool floating() const { return m_floating; }
+    int zoomValue() const { return m_zoom; }
+    QString root() const { return m_root; }
+    QColor lastColor() const { return m_lastColor; }
+    KVDCurve* firstScaleCurve() const { return m_firstScale; }
+    KVDCurve* secondScaleCurve() const { return m_secondScale; }
+    QMenu* viewerMenu() const { return m_menu; }
+    int hostMenuId() const { return m_menuId; }
+    QString selectedMeasure() const { return m_selectedMeasure; }
+    int fieldCount() const { return m_fieldCount; }
+    int timeOffset() const { return m_timeOffset; }
+    // The menu action carrying int id `id` (kept with QAction::setData), searched through
+    // the viewer menu and its submenus; null when there is none.
+    QAction* menuItem(int id) const;
 
 public slots:
     void activated() override;
@@ -96,14 +156,74 @@ public slots:
     void find(const QString& text) override;
     void refreshContents() override;
 
+    void SelectMeasure(int id);
+    void SelectField(int id);
+    void SelectUser(QTreeWidgetItem* item);
+    void clean();
+    void ScaleYear(int id);
+    void ScaleMonth(int id);
+    void ScaleHour(int id);
+    void ScaleCustom(int id);
+    void CustomCurveMenu(int id);
+    void CustomDeletion(int id);
+    void RangeDeletion(int id);
+    void CallCreateEvent(int id);
+    void EventHide();
+    void FloatSc();
+    void ImportFile(int id);
+
 protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
-    static StudioInterface* _iface;
+    QString configPath() const;
+    bool loadConfiguration();
+    void repaintChart();
+    int newMenuId();
 
+    static StudioInterface* _iface;
+    static bool Started;
+    static QToolBar* ToolBar;
+    static QString CurrentUser;
+
+    KVDConfig* m_config = nullptr;
+    int m_menuId = -1;
+    bool m_firstPaint = true;
+    QDateTime m_start;
+    QDateTime m_end;
+    int m_viewMode = 1;
+    QMenu* m_menu = nullptr;
+    int m_zoom = 0;
+    QList<KVDCurve*> m_curves;
+    QList<KVDEvent*> m_events;
+    bool m_datesSet = false;
+    bool m_eventsHidden = false;
     KVDPaper* m_paper = nullptr;
-    QWidget* m_userTree = nullptr;
+    QPointer<QAListView> m_userTree;
+    QColor m_lastColor = Qt::red;
+    KVDCurve* m_firstScale = nullptr;
+    KVDCurve* m_secondScale = nullptr;
+    KVDToolTip* m_toolTip = nullptr;
+    bool m_floating = false;
+    int m_zoomStep = 0;
+    bool m_rootFromDialog = false;
+    QString m_root;
+    double m_dragPosition = 0.0;
+    bool m_pending = false;
+
+    // Selection.
+    QString m_selectedMeasure;
+    int m_fieldCount = 0;
+    int m_selectedField = 0;
+    int m_timeOffset = 0;
+
+    // Menu items remembered by id.
+    int m_exportId = 0;
+    int m_checkedScale = 0;
+    int m_nextMenuId = -2;
+
+    // The latest picture of the chart, shown by the paper.
+    QPixmap m_picture;
 };
 
 #endif

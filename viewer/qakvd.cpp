@@ -3,17 +3,23 @@
 #include "kvdconfig.h"
 #include "kvdcurve.h"
 #include "kvdevent.h"
+#include "kvdconfigdlg.h"
+#include "kvdeventset.h"
 #include "kvdicons.h"
+#include "kvdtooltip.h"
 #include "qalistview.h"
 #include "studiointerface.h"
 
 #include <QAction>
 #include <QDir>
 #include <QFile>
+#include <QColorDialog>
 #include <QFileDialog>
+#include <QInputDialog>
 #include <QMainWindow>
 #include <QMenu>
 #include <QMessageBox>
+#include <QMouseEvent>
 #include <QPainter>
 #include <QToolBar>
 #include <QToolButton>
@@ -101,17 +107,17 @@ QAKVD::KVDPaper::KVDPaper(QAKVD* owner, const char* name, int) : QWidget(owner),
 
 void QAKVD::KVDPaper::mousePressEvent(QMouseEvent* event)
 {
-    QWidget::mousePressEvent(event);
+    m_owner->mousePressEvent(event);
 }
 
 void QAKVD::KVDPaper::mouseReleaseEvent(QMouseEvent* event)
 {
-    QWidget::mouseReleaseEvent(event);
+    m_owner->mouseReleaseEvent(event);
 }
 
 void QAKVD::KVDPaper::mouseMoveEvent(QMouseEvent* event)
 {
-    QWidget::mouseMoveEvent(event);
+    m_owner->mouseMoveEvent(event);
 }
 
 void QAKVD::KVDPaper::wheelEvent(QWheelEvent* event)
@@ -143,6 +149,7 @@ QAKVD::QAKVD(QWidget* parent, const char* name, int flags, bool activate)
 
     const bool started = Start();
     if (started) {
+        m_toolTip = new KVDToolTip(m_paper, &m_curves, m_config, nullptr);
         if (m_viewMode == 0) {
             CurrentUser = QStringLiteral("toto");
             if (!CreateToolMenu())
@@ -180,6 +187,8 @@ QAKVD::~QAKVD()
     Started = false;
     delete m_config;
     m_config = nullptr;
+    delete m_toolTip;
+    m_toolTip = nullptr;
     qDeleteAll(m_curves);
     m_curves.clear();
     qDeleteAll(m_events);
@@ -680,22 +689,14 @@ void QAKVD::goTo() {}
 void QAKVD::reload() {}
 void QAKVD::reset() {}
 void QAKVD::exportDoc() {}
-void QAKVD::zoomIn() {}
-void QAKVD::zoomOut() {}
 void QAKVD::zoom(int) {}
 void QAKVD::mnFilter() {}
 void QAKVD::find() {}
 void QAKVD::find(const QString&) {}
 
-void QAKVD::ScaleYear(int) {}
-void QAKVD::ScaleMonth(int) {}
-void QAKVD::ScaleHour(int) {}
-void QAKVD::ScaleCustom(int) {}
 void QAKVD::CustomCurveMenu(int) {}
 void QAKVD::CustomDeletion(int) {}
 void QAKVD::RangeDeletion(int) {}
-void QAKVD::CallCreateEvent(int) {}
-void QAKVD::EventHide() {}
 void QAKVD::ImportFile(int) {}
 
 // ---------------------------------------------------------------------------------------
@@ -716,6 +717,8 @@ void QAKVD::paintEvent(QPaintEvent*)
     if (!m_paper)
         return;
     const QSize size = m_paper->size().expandedTo(QSize(400, 200));
+    m_paperWidth = size.width();
+    m_paperHeight = size.height();
     m_picture = QPixmap(size);
     m_picture.fill(Qt::white);
     m_paper->update();
@@ -728,4 +731,459 @@ bool QAKVD::InList(unsigned int time, QTreeWidget* list)
         if ((*it)->checkState(0) == Qt::Checked && (*it)->text(2) == text)
             return true;
     return false;
+}
+
+// ---------------------------------------------------------------------------------------
+// Events
+
+bool QAKVD::CreateEvents(unsigned int time)
+{
+    KVDEventSet dialog(this, nullptr, 0, time);
+    if (dialog.exec() != QDialog::Accepted)
+        return false;
+    if (eventOn(dialog.eventDate())) {
+        warningBox(tr("An Event already exists for this date\n"));
+        return false;
+    }
+    auto* event = new KVDEvent(dialog.eventDate(), dialog.label(), true);
+    event->hasColor = false;
+    m_events.append(event);
+    return true;
+}
+
+void QAKVD::CallCreateEvent(int id)
+{
+    if (id != 0)
+        CreateEvents(0);
+}
+
+KVDEvent* QAKVD::eventOn(const QDate& day) const
+{
+    for (KVDEvent* event : m_events)
+        if (event->date == day)
+            return event;
+    return nullptr;
+}
+
+// Deliberately an exact comparison of days, whatever the name suggests.
+bool QAKVD::IsNearTag(const QDate& day) const
+{
+    return eventOn(day) != nullptr;
+}
+
+// Hiding and showing are deliberately asymmetric: showing all events again also brings
+// back those hidden one by one.
+void QAKVD::EventHide()
+{
+    if (m_eventsHidden) {
+        m_eventsHidden = false;
+        for (KVDEvent* event : std::as_const(m_events))
+            event->visible = true;
+    } else {
+        m_eventsHidden = true;
+    }
+    repaintChart();
+}
+
+// ---------------------------------------------------------------------------------------
+// Zoom and scales
+
+void QAKVD::rebase(bool updateSpan)
+{
+    const double span = double(m_start.secsTo(m_end));
+    for (KVDCurve* curve : std::as_const(m_curves)) {
+        if (!curve->points || curve->points->isEmpty())
+            continue;
+        for (QPoint& point : *curve->points)
+            point.rx() -= int(m_appliedShift);
+        curve->firstDate = m_start;
+        curve->endDate = m_end;
+        if (updateSpan)
+            curve->span = span;
+    }
+    repaintChart();
+}
+
+void QAKVD::zoomIn()
+{
+    if (!m_datesSet)
+        return;
+    const QDateTime old = m_start;
+    const qint64 days = m_start.daysTo(m_end);
+    if (days > 60) {
+        const QDateTime start = m_start.addSecs(2592000);
+        const QDateTime end = m_end.addSecs(-2592000);
+        if (end >= start) {
+            m_start = start;
+            m_end = end;
+        }
+    } else {
+        // One finer step below the 60-day limit: down to the middle day or two.
+        if (m_zoomStep != 0)
+            return;
+        m_zoomStep = int(days / 2) * 86400;
+        m_start = m_start.addSecs(m_zoomStep);
+        m_end = m_end.addSecs((1 - days / 2) * 86400);
+        if (m_end < m_start) {
+            m_start = m_start.addSecs(-864000);
+            m_end = m_end.addSecs(864000);
+        }
+    }
+    m_appliedShift = old.secsTo(m_start);
+    rebase(true);
+}
+
+void QAKVD::zoomOut()
+{
+    if (!m_datesSet || m_start.daysTo(m_end) > 799)
+        return;
+    const QDateTime old = m_start;
+    if (m_zoomStep != 0) {
+        m_start = m_start.addSecs(-m_zoomStep);
+        m_end = m_end.addSecs(m_zoomStep - 86400);
+        m_zoomStep = 0;
+    } else {
+        m_start = m_start.addSecs(-2592000);
+        m_end = m_end.addSecs(2592000);
+    }
+    m_appliedShift = old.secsTo(m_start);
+    rebase(true);
+}
+
+void QAKVD::setScale(int id, qint64 before, qint64 after)
+{
+    if (m_checkedScale != 0) {
+        if (QAction* previous = menuItem(m_checkedScale))
+            previous->setChecked(false);
+        m_checkedScale = id;
+    } else if (QAction* item = menuItem(id)) {
+        // Checked in the menu but deliberately not recorded.
+        item->setChecked(true);
+    }
+    if (id != 0) {
+        if (QAction* item = menuItem(id))
+            item->setChecked(true);
+        const QDateTime old = m_start;
+        const QDateTime mid = m_start.addSecs(m_start.secsTo(m_end) / 2);
+        m_start = mid.addSecs(-before);
+        m_end = mid.addSecs(after);
+        m_appliedShift = old.secsTo(m_start);
+    }
+    if (m_datesSet)
+        rebase(true);
+    repaintChart();
+}
+
+void QAKVD::ScaleYear(int id)
+{
+    setScale(id, 15724800, 15811200);
+}
+
+void QAKVD::ScaleMonth(int id)
+{
+    setScale(id, 1296000, 1296000);
+}
+
+// Deliberately lopsided: 16 hours before the middle, 12 after.
+void QAKVD::ScaleHour(int id)
+{
+    setScale(id, 57600, 43200);
+}
+
+void QAKVD::ScaleCustom(int id)
+{
+    KVDConfigDlg dialog(this, QString());
+    if (dialog.exec() == QDialog::Accepted) {
+        const QDateTime old = m_start;
+        m_start = QDateTime(dialog.GetStart(), QTime(0, 0));
+        m_end = QDateTime(dialog.GetEnd(), QTime(0, 0));
+        if (m_checkedScale != 0) {
+            if (QAction* previous = menuItem(m_checkedScale))
+                previous->setChecked(false);
+            m_checkedScale = id;
+        }
+        if (QAction* item = id != 0 ? menuItem(id) : nullptr)
+            item->setChecked(true);
+        m_appliedShift = old.secsTo(m_start);
+        if (m_datesSet)
+            rebase(true);
+    }
+    repaintChart();
+}
+
+// ---------------------------------------------------------------------------------------
+// Mouse
+
+void QAKVD::mousePressEvent(QMouseEvent* event)
+{
+    press(event);
+}
+
+void QAKVD::press(QMouseEvent* event)
+{
+    m_pressHandled = true;
+    const QPoint pos = event->position().toPoint();
+    if (event->button() == Qt::LeftButton) {
+        m_dragging = true;
+        setCursor(Qt::PointingHandCursor);
+    }
+    m_lastDragX = pos.x();
+    if (event->button() != Qt::RightButton) {
+        repaintChart();
+        return;
+    }
+
+    const double plotWidth = m_paperWidth - 305;
+    const qint64 fromEpoch = QDateTime(QDate(1970, 1, 1), QTime(0, 0)).secsTo(m_start);
+    const qint64 pointerTime =
+        qint64(double(fromEpoch) + double(m_start.secsTo(m_end)) / plotWidth * (pos.x() - 55));
+    const QDateTime pointer = QDateTime::fromSecsSinceEpoch(pointerTime);
+    const QPoint globalPos = event->globalPosition().toPoint();
+
+    bool shown = false;
+    for (int index = int(m_curves.size()) - 1; index >= 0; --index) {
+        if (index >= m_curves.size())
+            continue;
+        KVDCurve* curve = m_curves[index];
+        if (!curve->points || curve->points->isEmpty() || !curveHit(curve, pos))
+            continue;
+        shown = true;
+        if (runCurvePopup(index, globalPos, pointer))
+            break;
+    }
+    if (!shown)
+        runChartPopup(globalPos, pointer);
+    repaintChart();
+}
+
+bool QAKVD::curveHit(const KVDCurve* curve, const QPoint& pos) const
+{
+    const double top = curve->displayMax;
+    const double bottom = curve->minValue;
+    const bool fromZero = curve->fixedScale || top == bottom;
+    if (fromZero && top == 0)
+        return false;
+    const double band = curve->paperHeight - 150;
+    const double sx = (curve->paperWidth - 305) / curve->span;
+    auto deviceX = [&](const QPoint& p) { return p.x() * sx + 55; };
+    auto deviceY = [&](const QPoint& p) {
+        const double v = -double(p.y());
+        return fromZero ? curve->paperHeight - 100 - v * band / top : 50 + (top - v) * band / (top - bottom);
+    };
+    const double px = pos.x();
+    const double py = pos.y();
+    const QPolygon& points = *curve->points;
+    int previous = -1;
+    for (int i = 0; i < points.size(); ++i) {
+        const double x1 = deviceX(points[i]);
+        if (x1 < px) {
+            previous = i;
+            continue;
+        }
+        if (!(x1 > px) || previous < 0)
+            continue;
+        // One segment is tested: the first one that spans the pointer.
+        const double y1 = deviceY(points[i]);
+        const double x0 = deviceX(points[previous]);
+        const double y0 = deviceY(points[previous]);
+        const double low = std::min(y1 - 2, y0 + 2);
+        const double high = std::max(y1 - 2, y0 + 2);
+        if (!(low < py && py < high))
+            return false;
+        const double numerator = (px - x0) * (y1 - y0) - (py - y0) * (x1 - x0);
+        const double denominator = (x1 - x0) * (x1 - x0) + (y1 - y0) * (y1 - y0);
+        const double d = denominator != 0 ? numerator * numerator / denominator : numerator * numerator;
+        if (i >= 2) {
+            const double x2 = deviceX(points[i - 2]);
+            const double y2 = deviceY(points[i - 2]);
+            const double n2 = (px - x2) * (y0 - y2) - (py - y2) * (x0 - x2);
+            const double d2den = (x0 - x2) * (x0 - x2) + (y0 - y2) * (y0 - y2);
+            const double d2 = d2den != 0 ? n2 * n2 / d2den : 1000.0;
+            if (!(x2 > px) && d2 < 25)
+                return true;
+        }
+        return d < 25;
+    }
+    return false;
+}
+
+bool QAKVD::runCurvePopup(int& index, const QPoint& globalPos, const QDateTime& pointer)
+{
+    KVDCurve* curve = m_curves[index];
+    QMenu popup(this);
+    QMenu* properties = popup.addMenu(tr("Curve Properties", "Menu Item"));
+    QAction* color = properties->addAction(tr("Change Curve Color", "Menu Item"));
+    QAction* hide = properties->addAction(tr("Hide Curve", "Menu Item"));
+    QAction* max = properties->addAction(tr("Set Max Value", "Menu Item"));
+    QAction* label = properties->addAction(tr("Change Label", "Menu Item"));
+    QAction* right = properties->addAction(tr("Scale Right", "Menu Item"));
+    QAction* left = properties->addAction(tr("Scale Left", "Menu Item"));
+    popup.addSeparator();
+    QMenu* eventMenu = popup.addMenu(tr("Event Properties", "Menu Item"));
+    QAction* setEvent = eventMenu->addAction(tr("Set Event", "Menu Item"));
+    QAction* deleteEvent = eventMenu->addAction(tr("Delete Event", "Menu Item"));
+    QAction* hideEvent = eventMenu->addAction(tr("Hide Event", "Menu Item"));
+    const QDate day = pointer.date();
+    if (IsNearTag(day)) {
+        setEvent->setEnabled(false);
+    } else {
+        deleteEvent->setEnabled(false);
+        hideEvent->setEnabled(false);
+    }
+
+    QAction* chosen = popup.exec(globalPos);
+    if (!chosen)
+        return false;
+    const QString caption = _iface ? _iface->title() : tr("Kavendi", "Default title for message box");
+    if (chosen == color) {
+        const QColor picked = QColorDialog::getColor(curve->color, this);
+        if (picked.isValid())
+            curve->color = picked;
+        curve->hasColor = true;
+        return true;
+    }
+    if (chosen == left) {
+        m_firstScale = curve;
+        return true;
+    }
+    if (chosen == right) {
+        m_secondScale = curve;
+        return true;
+    }
+    if (chosen == hide) {
+        if (m_firstScale == curve)
+            m_firstScale = nullptr;
+        if (m_secondScale == curve)
+            m_secondScale = nullptr;
+        m_curves.removeAt(index);
+        delete curve;
+        // The list cursor after a removal rests on the curve that followed, or on the new
+        // last one. Two steps back from there give the new left-scale curve; when the
+        // first step finds none, the first curve takes the scale and the cursor is lost.
+        int cursor = index < m_curves.size() ? index : int(m_curves.size()) - 1;
+        if (cursor >= 0)
+            --cursor;
+        if (cursor >= 0) {
+            --cursor;
+            m_firstScale = cursor >= 0 ? m_curves[cursor] : nullptr;
+        } else {
+            m_firstScale = m_curves.isEmpty() ? nullptr : m_curves.first();
+            cursor = -1;
+        }
+        // The scan of the remaining curves goes on backwards from the cursor.
+        index = cursor;
+        return false;
+    }
+    if (chosen == max) {
+        bool ok = false;
+        const int bottom = int(curve->minValue);
+        const int value = QInputDialog::getInt(this, caption, QStringLiteral("Enter the maximum value"), bottom,
+                                               bottom, 1000000000, 1, &ok);
+        if (ok) {
+            curve->displayMax = value;
+            curve->fixedScale = true;
+        }
+        return false;
+    }
+    if (chosen == label && m_config) {
+        auto definition = m_config->definitions.find(curve->name);
+        const QString current = definition != m_config->definitions.end() ? definition->value(curve->field) : QString();
+        bool ok = false;
+        const QString text =
+            QInputDialog::getText(this, caption, tr("Enter new label"), QLineEdit::Normal, current, &ok);
+        if (ok && definition != m_config->definitions.end())
+            definition->insert(curve->field, text);
+        return false;
+    }
+    if (chosen == setEvent) {
+        CreateEvents(uint(pointer.toSecsSinceEpoch()));
+        return false;
+    }
+    if (KVDEvent* event = eventOn(day)) {
+        if (chosen == hideEvent) {
+            event->visible = false;
+        } else if (chosen == deleteEvent) {
+            m_events.removeOne(event);
+            delete event;
+        }
+    }
+    return false;
+}
+
+void QAKVD::runChartPopup(const QPoint& globalPos, const QDateTime& pointer)
+{
+    QMenu popup(this);
+    QMenu* properties = popup.addMenu(tr("Curve Properties", "Menu Item"));
+    properties->setEnabled(false);
+    popup.addSeparator();
+    // Deliberately spelt with a small "p" here.
+    QMenu* eventMenu = popup.addMenu(tr("Event properties", "Menu Item"));
+    QAction* setEvent = eventMenu->addAction(tr("Set Event", "Menu Item"));
+    QAction* deleteEvent = eventMenu->addAction(tr("Delete Event", "Menu Item"));
+    QAction* hideEvent = eventMenu->addAction(tr("Hide Event", "Menu Item"));
+    const QDate day = pointer.date();
+    KVDEvent* existing = eventOn(day);
+    if (existing) {
+        setEvent->setText(tr("Edit Event", "Menu Item"));
+    } else {
+        deleteEvent->setEnabled(false);
+        hideEvent->setEnabled(false);
+    }
+
+    QAction* chosen = popup.exec(globalPos);
+    if (!chosen)
+        return;
+    if (chosen == setEvent) {
+        // The day's event steps aside while the dialog runs, and comes back at the end of
+        // the list when no new one replaces it.
+        if (existing)
+            m_events.removeOne(existing);
+        if (!CreateEvents(uint(pointer.toSecsSinceEpoch()))) {
+            if (existing)
+                m_events.append(existing);
+        } else {
+            delete existing;
+        }
+    } else if (existing && chosen == hideEvent) {
+        existing->visible = false;
+    } else if (existing && chosen == deleteEvent) {
+        m_events.removeOne(existing);
+        delete existing;
+    }
+}
+
+void QAKVD::mouseMoveEvent(QMouseEvent* event)
+{
+    const QPoint pos = event->position().toPoint();
+    if (pos.x() < 55 || pos.x() > m_paperWidth - 250 || pos.y() < 50 || pos.y() > m_paperHeight - 100)
+        return;
+    if (m_dragging) {
+        const double perPixel = double(m_start.secsTo(m_end)) / (m_paperWidth - 305);
+        if (pos.x() > m_lastDragX)
+            m_dragShift = -perPixel * (pos.x() - m_lastDragX);
+        else if (pos.x() < m_lastDragX)
+            m_dragShift = perPixel * (m_lastDragX - pos.x());
+        m_lastDragX = pos.x();
+    }
+    if (!m_datesSet) {
+        repaintChart();
+        return;
+    }
+    // Without a drag, or without a move, the previous shift is applied again: kept as is.
+    const qint64 shift = qint64(m_dragShift);
+    m_start = m_start.addSecs(shift);
+    m_end = m_end.addSecs(shift);
+    m_appliedShift = shift;
+    rebase(false);
+}
+
+void QAKVD::mouseReleaseEvent(QMouseEvent* event)
+{
+    if (event->button() == Qt::LeftButton) {
+        m_dragging = false;
+        setCursor(Qt::ArrowCursor);
+    } else if (!m_pressHandled) {
+        press(event);
+    }
+    m_pressHandled = false;
 }

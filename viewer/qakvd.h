@@ -81,6 +81,11 @@ public:
     bool CreateToolMenu();
     // Whether a checked row of list (column 2) shows the date-time of Unix time `time`.
     bool InList(unsigned int time, QTreeWidget* list);
+    // Asks for a new event with the event dialog (on the day of Unix time `time`, today
+    // for 0) and adds it; false when cancelled or when that day has an event already.
+    bool CreateEvents(unsigned int time);
+    // Whether an event lies on exactly that day.
+    bool IsNearTag(const QDate& day) const;
 
     QWidget* contentOutlineWidget() const override;
     bool canClose() override;
@@ -126,6 +131,9 @@ public:
     QString selectedMeasure() const { return m_selectedMeasure; }
     int fieldCount() const { return m_fieldCount; }
     int timeOffset() const { return m_timeOffset; }
+    int zoomStep() const { return m_zoomStep; }
+    bool eventsHidden() const { return m_eventsHidden; }
+    int checkedScale() const { return m_checkedScale; }
     // The menu action carrying int id `id` (kept with QAction::setData), searched through
     // the viewer menu and its submenus; null when there is none.
     QAction* menuItem(int id) const;
@@ -174,8 +182,23 @@ public slots:
 
 protected:
     void paintEvent(QPaintEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
 
 private:
+    // Moves the view by m_appliedShift seconds: every curve point's x goes back by it
+    // and every curve takes the view's dates (and its span, unless only dragged).
+    void rebase(bool updateSpan);
+    void setScale(int id, qint64 before, qint64 after);
+    void press(QMouseEvent* event);
+    // The right-button menus: the curve under the pointer, else the chart itself.
+    bool curveHit(const KVDCurve* curve, const QPoint& pos) const;
+    // Answers true when the scan of further curves stops.
+    bool runCurvePopup(int& index, const QPoint& globalPos, const QDateTime& pointer);
+    void runChartPopup(const QPoint& globalPos, const QDateTime& pointer);
+    KVDEvent* eventOn(const QDate& day) const;
+
     QString configPath() const;
     bool loadConfiguration();
     void repaintChart();
@@ -221,6 +244,15 @@ private:
     int m_exportId = 0;
     int m_checkedScale = 0;
     int m_nextMenuId = -2;
+
+    // Zoom, scales and mouse.
+    double m_paperWidth = 0.0;
+    double m_paperHeight = 0.0;
+    bool m_dragging = false;
+    int m_lastDragX = 0;
+    double m_dragShift = 0.0;
+    qint64 m_appliedShift = 0;
+    bool m_pressHandled = false;
 
     // The latest picture of the chart, shown by the paper.
     QPixmap m_picture;

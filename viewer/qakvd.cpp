@@ -4,6 +4,11 @@
 #include "kvdcurve.h"
 #include "kvdevent.h"
 #include "kvdconfigdlg.h"
+#include "kvdchecklist.h"
+#include "kvdcsvexport.h"
+#include "kvdcustomselect.h"
+#include "kvdmeasurefile.h"
+#include "kvdstore.h"
 #include "kvdeventset.h"
 #include "kvdicons.h"
 #include "kvdtooltip.h"
@@ -11,6 +16,7 @@
 #include "studiointerface.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QDir>
 #include <QFile>
 #include <QColorDialog>
@@ -26,7 +32,9 @@
 #include <QTreeWidget>
 #include <QWheelEvent>
 
+#include <cstdio>
 #include <cstdlib>
+#include <vector>
 
 StudioInterface* QAKVD::_iface = nullptr;
 bool QAKVD::Started = false;
@@ -694,10 +702,17 @@ void QAKVD::mnFilter() {}
 void QAKVD::find() {}
 void QAKVD::find(const QString&) {}
 
-void QAKVD::CustomCurveMenu(int) {}
-void QAKVD::CustomDeletion(int) {}
-void QAKVD::RangeDeletion(int) {}
-void QAKVD::ImportFile(int) {}
+// Keeps its name although it exports: the "Export" item is wired to it.
+void QAKVD::ImportFile(int)
+{
+    if (m_curves.isEmpty())
+        return;
+    const QString path = QFileDialog::getSaveFileName(this, QString(), QString(), QStringLiteral("*.csv"));
+    if (path.isNull())
+        return;
+    // A file that cannot be created ends the export quietly.
+    KVDCsvExport::write(path, m_curves, m_start, m_end);
+}
 
 // ---------------------------------------------------------------------------------------
 // Painting
@@ -1186,4 +1201,255 @@ void QAKVD::mouseReleaseEvent(QMouseEvent* event)
         press(event);
     }
     m_pressHandled = false;
+}
+
+// ---------------------------------------------------------------------------------------
+// Record deletion and custom files
+
+namespace {
+
+// The store appends under ZANTH_KVD_ROOT; while records are rewritten it must name the
+// repository this viewer shows, whichever way that was found.
+class RootForStore
+{
+public:
+    explicit RootForStore(const QString& root) : m_previous(qgetenv("ZANTH_KVD_ROOT")), m_had(qEnvironmentVariableIsSet("ZANTH_KVD_ROOT"))
+    {
+        qputenv("ZANTH_KVD_ROOT", QFile::encodeName(root));
+    }
+    ~RootForStore()
+    {
+        if (m_had)
+            qputenv("ZANTH_KVD_ROOT", m_previous);
+        else
+            qunsetenv("ZANTH_KVD_ROOT");
+    }
+
+private:
+    QByteArray m_previous;
+    bool m_had;
+};
+
+// Moves the data file aside to the temporary file, replacing an older one. Reopening the
+// data file afterwards is what tells whether the move worked.
+bool moveAside(const QString& data, const QString& temporary)
+{
+    std::rename(QFile::encodeName(data).constData(), QFile::encodeName(temporary).constData());
+    std::FILE* still = std::fopen(QFile::encodeName(data).constData(), "r+b");
+    if (still) {
+        std::fclose(still);
+        return false;
+    }
+    return true;
+}
+
+} // namespace
+
+void QAKVD::RangeDeletion(int id)
+{
+    if (id == 0) {
+        if (_iface)
+            _iface->progressEnd();
+        return;
+    }
+    KVDRangeSelect dialog(m_root, this, nullptr, 0);
+    if (dialog.exec() != QDialog::Accepted)
+        return;
+    const QString measure = dialog.measure;
+    const int fields = dialog.fields;
+    const QString user = CurrentUser;
+    const QString data = KVDMeasureFile::path(m_root, measure, user, fields, ".kvd");
+    const QString index = KVDMeasureFile::path(m_root, measure, user, fields, ".idx");
+    const QString temporary = m_root + QDir::separator() + QLatin1String("KVD.tmp");
+
+    QString error;
+    if (!KVDMeasureFile::checkFieldCount(fields, &error)) {
+        warningBox(error);
+    } else {
+        QFile::remove(index);
+        if (!moveAside(data, temporary)) {
+            warningBox(tr("Kavendi Request has failed\n"));
+        } else {
+            rewrite(temporary, measure, user, fields, tr("Stop Loading"), tr("Kavendi Request has failed\n"),
+                    [&](const quint32* record) {
+                const QDateTime date = QDateTime::fromSecsSinceEpoch(KVDMeasureFile::date(record));
+                return QDateTime(dialog.startDate, QTime(0, 0)) <= date &&
+                       date <= QDateTime(dialog.endDate, QTime(0, 0));
+            });
+        }
+    }
+    rebuildView();
+}
+
+void QAKVD::CustomDeletion(int id)
+{
+    if (id == 0) {
+        if (_iface)
+            _iface->progressEnd();
+        unsetCursor();
+        return;
+    }
+    KVDCustomSelect dialog(m_root, this, nullptr, 0, true);
+    if (dialog.exec() != QDialog::Accepted) {
+        if (_iface)
+            _iface->progressEnd();
+        unsetCursor();
+        return;
+    }
+    QTreeWidget* list = dialog.recordList();
+    auto* first = list->topLevelItemCount() ? dynamic_cast<KVDCheckList*>(list->topLevelItem(0)) : nullptr;
+    if (first) {
+        // The row names the file it came from, custom or not.
+        const QString measure = first->text(0);
+        const QString user = first->text(1);
+        const int fields = first->fieldCount;
+        const QString data = KVDMeasureFile::path(m_root, measure, user, fields, ".kvd");
+        const QString index = KVDMeasureFile::path(m_root, measure, user, fields, ".idx");
+        const QString temporary = m_root + QDir::separator() + QLatin1String("KVD.tmp");
+        const QString failure = tr("%1 %2 Kavendi Request has failed\n").arg(data, temporary);
+        QFile::remove(index);
+        if (!moveAside(data, temporary)) {
+            warningBox(failure);
+        } else {
+            setCursor(Qt::WaitCursor);
+            // Deliberately with the accelerator mark, unlike range deletion.
+            rewrite(temporary, measure, user, fields, tr("&Stop Loading"), failure,
+                    [&](const quint32* record) { return InList(KVDMeasureFile::date(record), list); });
+        }
+    }
+    rebuildView();
+    setCursor(Qt::ArrowCursor);
+}
+
+void QAKVD::rewrite(const QString& temporary, const QString& measure, const QString& user, int fields,
+                    const QString& cancelText, const QString& failure,
+                    const std::function<bool(const quint32*)>& deleted)
+{
+    KVDMeasureFile file;
+    QString error;
+    if (!file.open(temporary, fields, &error)) {
+        warningBox(failure);
+        return;
+    }
+    if (_iface)
+        _iface->progressStart(int(file.recordCount()), tr("KVD Processing..."), cancelText, this, 1);
+    const RootForStore root(m_root);
+    const QByteArray measureName = measure.toLocal8Bit();
+    const QByteArray userName = user.toLocal8Bit();
+    std::vector<uint32_t> values(size_t(qMax(fields, 1)));
+    int done = 0;
+    // The rewrite always runs to its end; the progress display's cancel is not asked.
+    while (const quint32* record = file.next()) {
+        if (!deleted(record)) {
+            for (int k = 0; k < fields; ++k)
+                values[size_t(k)] = KVDMeasureFile::value(record, k);
+            // On this build the store appends only the first record of a new pair and
+            // reports the others on standard error; the loop goes on regardless.
+            Write_Measure(measureName.constData(), userName.constData(), KVDMeasureFile::key(record),
+                          KVDMeasureFile::date(record), fields, values.data());
+        }
+        if (_iface)
+            _iface->progressStep(++done);
+    }
+    file.close();
+    QFile::remove(temporary);
+}
+
+void QAKVD::rebuildView()
+{
+    if (QFile::exists(configPath()) && m_config)
+        m_config->StoreConfig(m_root, &m_curves, m_start, m_end, m_zoom, m_firstScale, m_secondScale,
+                              &m_events);
+    clean();
+    qDeleteAll(m_events);
+    m_events.clear();
+    reloadConfiguration();
+    repaintChart();
+    if (_iface)
+        _iface->progressEnd();
+}
+
+// Start-up's configuration steps again, on a fresh configuration; their results are not
+// checked here, their messages have been shown.
+void QAKVD::reloadConfiguration()
+{
+    delete m_config;
+    m_config = new KVDConfig(this);
+    if (m_toolTip)
+        m_toolTip->setConfig(m_config);
+    if (QFile::exists(configPath())) {
+        m_config->ReadConfigBuiltIn();
+        m_config->ReadConfig(m_root, &m_curves, &m_start, &m_end, &m_zoom, &m_firstScale, &m_secondScale,
+                             &m_events);
+        m_config->ScanRepository(m_root, true);
+        m_config->StoreConfig(m_root, &m_curves, m_start, m_end, m_zoom, m_firstScale, m_secondScale,
+                              &m_events);
+    } else {
+        m_config->ReadConfigBuiltIn();
+        m_config->ScanRepository(m_root, true);
+        m_config->StoreConfig(m_root, &m_curves, m_start, m_end, m_zoom, m_firstScale, m_secondScale,
+                              &m_events);
+    }
+}
+
+void QAKVD::CreateCustomFile(QTreeWidget* list, const QString& user)
+{
+    const int rows = list->topLevelItemCount();
+    auto* last = rows ? dynamic_cast<KVDCheckList*>(list->topLevelItem(rows - 1)) : nullptr;
+    if (!last)
+        return;
+    const QString measure = last->text(0);
+    const int fields = last->fieldCount;
+    const QString target = m_root + QLatin1String("/Custom") + measure + QLatin1Char('.') + user +
+                           QLatin1Char('.') + QString::number(fields) + QLatin1String(".kvd");
+    QString error;
+    if (!KVDMeasureFile::checkFieldCount(fields, &error)) {
+        warningBox(error);
+        return;
+    }
+    std::FILE* custom = std::fopen(QFile::encodeName(target).constData(), "w+b");
+    if (!custom) {
+        warningBox(tr("Kavendi Request has failed\n"));
+        return;
+    }
+    const int words = KVDMeasureFile::recordWords(fields);
+    std::vector<uint32_t> record(static_cast<size_t>(words));
+    for (int r = rows - 1; r >= 0; --r) {
+        auto* row = dynamic_cast<KVDCheckList*>(list->topLevelItem(r));
+        if (!row || row->checkState(0) != Qt::Checked)
+            continue;
+        const QString source = m_root + QLatin1Char('/') + row->secondText;
+        std::FILE* in = std::fopen(QFile::encodeName(source).constData(), "r+b");
+        if (!in)
+            continue;
+        if (fseeko(in, row->position, SEEK_SET) == 0 && Endian_Read(record.data(), words, in) == words)
+            Endian_Write(record.data(), words, custom);
+        std::fclose(in);
+    }
+    std::fclose(custom);
+}
+
+void QAKVD::CustomCurveMenu(int id)
+{
+    if (id == 0) {
+        repaintChart();
+        return;
+    }
+    KVDCustomSelect dialog(m_root, this, nullptr, 0, false);
+    if (dialog.exec() != QDialog::Accepted || dialog.recordList()->topLevelItemCount() == 0) {
+        repaintChart();
+        return;
+    }
+    if (QFile::exists(configPath()))
+        m_config->StoreConfig(m_root, &m_curves, m_start, m_end, m_zoom, m_firstScale, m_secondScale,
+                              &m_events);
+    CreateCustomFile(dialog.recordList(), CurrentUser);
+    if (QFile::exists(configPath()))
+        m_config->StoreConfig(m_root, &m_curves, m_start, m_end, m_zoom, m_firstScale, m_secondScale,
+                              &m_events);
+    clean();
+    qDeleteAll(m_events);
+    m_events.clear();
+    reloadConfiguration();
+    repaintChart();
 }

@@ -11,6 +11,8 @@
 #include <QString>
 #include <QWidget>
 
+#include <functional>
+
 class KVDConfig;
 class KVDCurve;
 class KVDEvent;
@@ -86,6 +88,9 @@ public:
     bool CreateEvents(unsigned int time);
     // Whether an event lies on exactly that day.
     bool IsNearTag(const QDate& day) const;
+    // Writes the checked rows of list, last row first, into the custom measure file of
+    // the measure named by the last row and of `user`. No index file is written for it.
+    void CreateCustomFile(QTreeWidget* list, const QString& user);
 
     QWidget* contentOutlineWidget() const override;
     bool canClose() override;
@@ -198,6 +203,15 @@ private:
     bool runCurvePopup(int& index, const QPoint& globalPos, const QDateTime& pointer);
     void runChartPopup(const QPoint& globalPos, const QDateTime& pointer);
     KVDEvent* eventOn(const QDate& day) const;
+    // Appends again, through the store, every record of the temporary file that
+    // `deleted` does not claim, then removes the temporary file.
+    void rewrite(const QString& temporary, const QString& measure, const QString& user, int fields,
+                 const QString& cancelText, const QString& failure,
+                 const std::function<bool(const quint32*)>& deleted);
+    // After a deletion or a new custom file: store the view, clear it, and load the
+    // repository again as at start-up.
+    void rebuildView();
+    void reloadConfiguration();
 
     QString configPath() const;
     bool loadConfiguration();

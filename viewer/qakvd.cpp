@@ -45,29 +45,6 @@ namespace {
 
 const QLatin1String EditedMetric("_EDITED_METRIC_");
 
-// The colour that follows `colour` in the cycle of new curves; anything outside the
-// cycle, and yellow, is followed by red.
-QColor nextColor(const QColor& colour)
-{
-    static const QColor cycle[] = {Qt::red, Qt::green, Qt::blue, Qt::cyan, Qt::magenta, Qt::yellow};
-    for (int k = 0; k < 5; ++k)
-        if (colour == cycle[k])
-            return cycle[k + 1];
-    return Qt::red;
-}
-
-// Moves every point of every curve left by `seconds` and gives each the view's dates.
-void shiftCurves(QList<KVDCurve*>& curves, qint64 seconds, const QDateTime& start, const QDateTime& end)
-{
-    for (KVDCurve* curve : curves) {
-        if (curve->points)
-            for (QPoint& point : *curve->points)
-                point.rx() -= int(seconds);
-        curve->firstDate = start;
-        curve->endDate = end;
-    }
-}
-
 struct ToolButtonSpec
 {
     const char* icon;
@@ -157,7 +134,7 @@ QAKVD::QAKVD(QWidget* parent, const char* name, int flags, bool activate)
 
     const bool started = Start();
     if (started) {
-        m_toolTip = new KVDToolTip(m_paper, &m_curves, m_config, nullptr);
+        m_toolTip = new KVDToolTip(m_paper, &m_view.curves, m_view.config, nullptr);
         if (m_viewMode == 0) {
             CurrentUser = QStringLiteral("toto");
             if (!CreateToolMenu())
@@ -189,18 +166,17 @@ QAKVD::QAKVD(QWidget* parent, const char* name, int flags, bool activate)
 
 QAKVD::~QAKVD()
 {
-    if (Started && m_config)
-        m_config->StoreConfig(m_root, &m_curves, m_start, m_end, m_zoom, m_firstScale, m_secondScale,
-                              &m_events);
+    if (Started && m_view.config)
+        storeView();
     Started = false;
-    delete m_config;
-    m_config = nullptr;
+    delete m_view.config;
+    m_view.config = nullptr;
     delete m_toolTip;
     m_toolTip = nullptr;
-    qDeleteAll(m_curves);
-    m_curves.clear();
-    qDeleteAll(m_events);
-    m_events.clear();
+    qDeleteAll(m_view.curves);
+    m_view.curves.clear();
+    qDeleteAll(m_view.events);
+    m_view.events.clear();
     // The variable was set from the directory dialog for this window only.
     if (m_rootFromDialog)
         putenv(const_cast<char*>("ZANTH_KVD_ROOT"));
@@ -238,13 +214,14 @@ QString QAKVD::GetCurrentUser()
 QString QAKVD::configPath() const
 {
     if (m_viewMode == 1)
-        return m_root + QDir::separator() + QLatin1String("KVD.cfg");
-    return m_root + QDir::separator() + QLatin1String("KVD") + CurrentUser + QLatin1String(".cfg");
+        return m_view.root + QDir::separator() + QLatin1String("KVD.cfg");
+    return m_view.root + QDir::separator() + QLatin1String("KVD") + CurrentUser + QLatin1String(".cfg");
 }
 
 bool QAKVD::Start()
 {
-    m_config = nullptr;
+    delete m_view.config;
+    m_view.config = nullptr;
     ProjectInterface* project = nullptr;
     if (_iface) {
         QUnknownInterface* answer = nullptr;
@@ -253,16 +230,16 @@ bool QAKVD::Start()
     }
 
     if (project && project->isOpen())
-        m_root = project->directory();
+        m_view.root = project->directory();
     else if (m_viewMode == 0)
-        m_root = QString();
-    if (!m_root.isNull()) {
+        m_view.root = QString();
+    if (!m_view.root.isNull()) {
         KVDConfig probe(this);
-        if (!probe.ScanRepository(m_root, false))
-            m_root = QString();
+        if (!probe.ScanRepository(m_view.root, false))
+            m_view.root = QString();
     }
 
-    if (m_root.isNull()) {
+    if (m_view.root.isNull()) {
         const char* variable = std::getenv("ZANTH_KVD_ROOT");
         QString value = variable ? QString::fromLocal8Bit(variable) : QString();
         if (value.isNull()) {
@@ -278,40 +255,21 @@ bool QAKVD::Start()
             putenv(entry.data());
             m_rootFromDialog = true;
         }
-        m_root = QDir::cleanPath(value);
+        m_view.root = QDir::cleanPath(value);
     }
-    return loadConfiguration();
-}
-
-// Steps shared by start-up and the rebuilds after a deletion or a custom curve: read the
-// saved view when there is one, rescan, and store the view back.
-bool QAKVD::loadConfiguration()
-{
-    m_config = new KVDConfig(this);
-    if (QFile::exists(configPath())) {
-        if (!m_config->ReadConfigBuiltIn() ||
-            !m_config->ReadConfig(m_root, &m_curves, &m_start, &m_end, &m_zoom, &m_firstScale,
-                                  &m_secondScale, &m_events) ||
-            !m_config->ScanRepository(m_root, true) ||
-            !m_config->StoreConfig(m_root, &m_curves, m_start, m_end, m_zoom, m_firstScale,
-                                   m_secondScale, &m_events))
-            return false;
-        m_lastColor = m_config->color;
-    } else if (!m_config->ReadConfigBuiltIn() || !m_config->ScanRepository(m_root, true) ||
-               !m_config->StoreConfig(m_root, &m_curves, m_start, m_end, m_zoom, m_firstScale,
-                                      m_secondScale, &m_events)) {
+    if (!m_view.load(m_view.root, configPath(), this, true))
         return false;
-    }
-
     if (m_viewMode == 1) {
         CreateTree();
-    } else if (!m_config->users.contains(CurrentUser)) {
+    } else if (!m_view.config->users.contains(CurrentUser)) {
         warningBox(tr("Nothing to display for user %1\n").arg(CurrentUser));
         return false;
     }
-    m_datesSet = !m_curves.isEmpty();
+    m_view.datesSet = !m_view.curves.isEmpty();
     return true;
 }
+
+
 
 void QAKVD::activated()
 {
@@ -339,16 +297,7 @@ void QAKVD::desactivated()
 
 void QAKVD::clean()
 {
-    qDeleteAll(m_curves);
-    m_curves.clear();
-    m_datesSet = false;
-    m_zoom = 0;
-    m_end = QDateTime::currentDateTime();
-    m_start = m_end.addSecs(-30 * 86400);
-    // Deliberately set again: the emptied view keeps a 30-day range.
-    m_datesSet = true;
-    m_firstScale = nullptr;
-    m_secondScale = nullptr;
+    m_view.clean();
     if (QAction* exportItem = menuItem(m_exportId))
         exportItem->setEnabled(false);
     repaintChart();
@@ -356,15 +305,14 @@ void QAKVD::clean()
 
 bool QAKVD::canClose()
 {
-    if (Started && m_config)
-        m_config->StoreConfig(m_root, &m_curves, m_start, m_end, m_zoom, m_firstScale, m_secondScale,
-                              &m_events);
+    if (Started && m_view.config)
+        storeView();
     return true;
 }
 
 void QAKVD::FloatSc()
 {
-    m_floating = !m_floating;
+    m_view.floating = !m_view.floating;
 }
 
 // ---------------------------------------------------------------------------------------
@@ -380,8 +328,8 @@ void QAKVD::CreateTree()
     m_userTree->setColumnHidden(1, true);
     m_userTree->setHeaderHidden(true);
     m_userTree->hide();
-    if (m_config) {
-        for (const QString& user : m_config->users.uniqueKeys()) {
+    if (m_view.config) {
+        for (const QString& user : m_view.config->users.uniqueKeys()) {
             auto* item = new QTreeWidgetItem(m_userTree, {user, user});
             Q_UNUSED(item);
         }
@@ -425,94 +373,17 @@ QAction* QAKVD::menuItem(int id) const
 
 void QAKVD::SelectField(int id)
 {
-    QAction* item = menuItem(id);
-    if (!item || !m_config)
-        return;
-    const QString text = item->text();
-    // The last match in iteration order wins, whichever entry matched.
-    for (auto it = m_config->definitions.cbegin(); it != m_config->definitions.cend(); ++it) {
-        for (const QString& entry : it.value()) {
-            if (entry == text) {
-                m_selectedMeasure = it.key();
-                m_fieldCount = int(it.value().size()) - 1;
-            }
-        }
-    }
+    if (QAction* item = menuItem(id))
+        m_view.selectField(item->text());
 }
 
 void QAKVD::SelectMeasure(int id)
 {
-    QDateTime rememberedStart = m_start;
-    QDateTime rememberedEnd = m_end;
-    if (id == 0)
-        return;
-    if (!m_datesSet) {
-        m_end = QDateTime::currentDateTime();
-        m_start = m_end.addSecs(-30 * 86400);
-        m_datesSet = true;
-        rememberedStart = m_start;
-        rememberedEnd = m_end;
-    }
-    m_selectedField = id;
-
-    // The user name is deliberately not compared: a field shown for one user is not added
-    // again for another.
-    bool duplicate = false;
-    for (KVDCurve* curve : std::as_const(m_curves))
-        if (curve->name == m_selectedMeasure && curve->valueCount == m_fieldCount &&
-            curve->field == m_selectedField && !curve->user.isNull())
-            duplicate = true;
-
-    KVDCurve* curve = nullptr;
-    if (!duplicate) {
-        if (m_selectedMeasure.size() > EditedMetric.size() && m_selectedMeasure.startsWith(EditedMetric)) {
-            m_selectedMeasure = m_selectedMeasure.mid(EditedMetric.size());
-            const QString fileKey = m_config->definitions.value(m_selectedMeasure).value(0);
-            curve = new KVDCurve(m_root, fileKey, m_selectedField, 2 * m_fieldCount, CurrentUser, m_start,
-                                 m_end);
-            KVDCurve denominator(m_root, fileKey, m_selectedField + m_fieldCount, 2 * m_fieldCount,
-                                 CurrentUser, m_start, m_end);
-            curve->DIV(denominator);
-            curve->fixedScale = true;
-        } else {
-            curve = new KVDCurve(m_root, m_selectedMeasure, m_selectedField, m_fieldCount, CurrentUser,
-                                 m_start, m_end);
-        }
-        curve->hasColor = true;
-        curve->color = nextColor(m_lastColor);
-        m_lastColor = curve->color;
-        if (curve->points && !curve->points->isEmpty())
-            m_firstScale = curve;
-    }
-
-    m_timeOffset = int(rememberedStart.secsTo(m_start));
-    shiftCurves(m_curves, m_timeOffset, m_start, m_end);
-
-    if (curve && curve->points && !curve->points->isEmpty()) {
-        m_curves.append(curve);
+    if (m_view.selectMeasure(id, CurrentUser))
         if (QAction* exportItem = menuItem(m_exportId))
             exportItem->setEnabled(true);
-    } else {
-        if (m_firstScale == curve)
-            m_firstScale = nullptr;
-        delete curve;
-    }
-
-    if (m_floating) {
-        const qint64 d = rememberedStart.secsTo(m_start);
-        m_start = rememberedStart;
-        m_end = rememberedEnd;
-        const double span = double(m_start.secsTo(m_end));
-        for (KVDCurve* c : std::as_const(m_curves)) {
-            if (c->points)
-                for (QPoint& point : *c->points)
-                    point.rx() += int(d);
-            c->firstDate = m_start;
-            c->endDate = m_end;
-            c->span = span;
-        }
-    }
-    repaintChart();
+    if (id != 0)
+        repaintChart();
 }
 
 // ---------------------------------------------------------------------------------------
@@ -536,7 +407,7 @@ void QAKVD::ResetToolBar()
 
 bool QAKVD::CreateToolMenu()
 {
-    if (!_iface || m_menuId != -1 || !m_config)
+    if (!_iface || m_menuId != -1 || !m_view.config)
         return false;
     QMainWindow* main = _iface->mainWindow();
     if (!m_menu)
@@ -546,11 +417,11 @@ bool QAKVD::CreateToolMenu()
 
     // "Monitoring": one submenu per measure the current user may see.
     auto* monitoring = new QMenu(tr("Monitoring", "Menu Item"), m_menu);
-    const auto userIt = m_config->users.constFind(CurrentUser);
+    const auto userIt = m_view.config->users.constFind(CurrentUser);
     QString previousTitle;
     int measures = 0;
-    for (auto it = m_config->definitions.cbegin(); it != m_config->definitions.cend(); ++it) {
-        if (userIt == m_config->users.constEnd()) {
+    for (auto it = m_view.config->definitions.cbegin(); it != m_view.config->definitions.cend(); ++it) {
+        if (userIt == m_view.config->users.constEnd()) {
             warningBox(tr("Nothing to display for user %1\n").arg(CurrentUser));
             delete monitoring;
             return false;
@@ -634,14 +505,14 @@ bool QAKVD::CreateToolMenu()
     QAction* exportItem = m_menu->addAction(tr("Export", "Menu Item"));
     m_exportId = newMenuId();
     exportItem->setData(m_exportId);
-    exportItem->setEnabled(!m_curves.isEmpty());
+    exportItem->setEnabled(!m_view.curves.isEmpty());
     connect(exportItem, &QAction::triggered, this, [this] { ImportFile(m_exportId); });
 
     // "Month" is checked on insertion; the span of the view then decides.
     month->setChecked(true);
     QAction* checked = month;
-    if (m_start.isValid() && m_end.isValid()) {
-        const qint64 span = m_start.secsTo(m_end);
+    if (m_view.start.isValid() && m_view.end.isValid()) {
+        const qint64 span = m_view.start.secsTo(m_view.end);
         checked = span == 31536000 ? year : span == 2592000 ? month : span == 100800 ? hour : customize;
     }
     for (QAction* item : {year, month, hour, customize})
@@ -705,13 +576,13 @@ void QAKVD::find(const QString&) {}
 // Keeps its name although it exports: the "Export" item is wired to it.
 void QAKVD::ImportFile(int)
 {
-    if (m_curves.isEmpty())
+    if (m_view.curves.isEmpty())
         return;
     const QString path = QFileDialog::getSaveFileName(this, QString(), QString(), QStringLiteral("*.csv"));
     if (path.isNull())
         return;
     // A file that cannot be created ends the export quietly.
-    KVDCsvExport::write(path, m_curves, m_start, m_end);
+    KVDCsvExport::write(path, m_view.curves, m_view.start, m_view.end);
 }
 
 // ---------------------------------------------------------------------------------------
@@ -756,13 +627,13 @@ bool QAKVD::CreateEvents(unsigned int time)
     KVDEventSet dialog(this, nullptr, 0, time);
     if (dialog.exec() != QDialog::Accepted)
         return false;
-    if (eventOn(dialog.eventDate())) {
+    if (m_view.eventOn(dialog.eventDate())) {
         warningBox(tr("An Event already exists for this date\n"));
         return false;
     }
     auto* event = new KVDEvent(dialog.eventDate(), dialog.label(), true);
     event->hasColor = false;
-    m_events.append(event);
+    m_view.events.append(event);
     return true;
 }
 
@@ -772,100 +643,38 @@ void QAKVD::CallCreateEvent(int id)
         CreateEvents(0);
 }
 
-KVDEvent* QAKVD::eventOn(const QDate& day) const
-{
-    for (KVDEvent* event : m_events)
-        if (event->date == day)
-            return event;
-    return nullptr;
-}
+
 
 // Deliberately an exact comparison of days, whatever the name suggests.
 bool QAKVD::IsNearTag(const QDate& day) const
 {
-    return eventOn(day) != nullptr;
+    return m_view.eventOn(day) != nullptr;
 }
 
-// Hiding and showing are deliberately asymmetric: showing all events again also brings
-// back those hidden one by one.
 void QAKVD::EventHide()
 {
-    if (m_eventsHidden) {
-        m_eventsHidden = false;
-        for (KVDEvent* event : std::as_const(m_events))
-            event->visible = true;
-    } else {
-        m_eventsHidden = true;
-    }
+    m_view.toggleEventsHidden();
     repaintChart();
 }
 
 // ---------------------------------------------------------------------------------------
 // Zoom and scales
 
-void QAKVD::rebase(bool updateSpan)
-{
-    const double span = double(m_start.secsTo(m_end));
-    for (KVDCurve* curve : std::as_const(m_curves)) {
-        if (!curve->points || curve->points->isEmpty())
-            continue;
-        for (QPoint& point : *curve->points)
-            point.rx() -= int(m_appliedShift);
-        curve->firstDate = m_start;
-        curve->endDate = m_end;
-        if (updateSpan)
-            curve->span = span;
-    }
-    repaintChart();
-}
+
 
 void QAKVD::zoomIn()
 {
-    if (!m_datesSet)
-        return;
-    const QDateTime old = m_start;
-    const qint64 days = m_start.daysTo(m_end);
-    if (days > 60) {
-        const QDateTime start = m_start.addSecs(2592000);
-        const QDateTime end = m_end.addSecs(-2592000);
-        if (end >= start) {
-            m_start = start;
-            m_end = end;
-        }
-    } else {
-        // One finer step below the 60-day limit: down to the middle day or two.
-        if (m_zoomStep != 0)
-            return;
-        m_zoomStep = int(days / 2) * 86400;
-        m_start = m_start.addSecs(m_zoomStep);
-        m_end = m_end.addSecs((1 - days / 2) * 86400);
-        if (m_end < m_start) {
-            m_start = m_start.addSecs(-864000);
-            m_end = m_end.addSecs(864000);
-        }
-    }
-    m_appliedShift = old.secsTo(m_start);
-    rebase(true);
+    if (m_view.zoomIn())
+        repaintChart();
 }
 
 void QAKVD::zoomOut()
 {
-    if (!m_datesSet || m_start.daysTo(m_end) > 799)
-        return;
-    const QDateTime old = m_start;
-    if (m_zoomStep != 0) {
-        m_start = m_start.addSecs(-m_zoomStep);
-        m_end = m_end.addSecs(m_zoomStep - 86400);
-        m_zoomStep = 0;
-    } else {
-        m_start = m_start.addSecs(-2592000);
-        m_end = m_end.addSecs(2592000);
-    }
-    m_appliedShift = old.secsTo(m_start);
-    rebase(true);
+    if (m_view.zoomOut())
+        repaintChart();
 }
 
-void QAKVD::setScale(int id, qint64 before, qint64 after)
+void QAKVD::checkScale(int id)
 {
     if (m_checkedScale != 0) {
         if (QAction* previous = menuItem(m_checkedScale))
@@ -875,17 +684,18 @@ void QAKVD::setScale(int id, qint64 before, qint64 after)
         // Checked in the menu but deliberately not recorded.
         item->setChecked(true);
     }
-    if (id != 0) {
-        if (QAction* item = menuItem(id))
-            item->setChecked(true);
-        const QDateTime old = m_start;
-        const QDateTime mid = m_start.addSecs(m_start.secsTo(m_end) / 2);
-        m_start = mid.addSecs(-before);
-        m_end = mid.addSecs(after);
-        m_appliedShift = old.secsTo(m_start);
-    }
-    if (m_datesSet)
-        rebase(true);
+    if (QAction* item = id != 0 ? menuItem(id) : nullptr)
+        item->setChecked(true);
+}
+
+void QAKVD::setScale(int id, qint64 before, qint64 after)
+{
+    checkScale(id);
+    // With identifier 0 the previous shift is applied again.
+    if (id != 0)
+        m_view.setScale(before, after);
+    if (m_view.datesSet)
+        m_view.rebase(true);
     repaintChart();
 }
 
@@ -909,19 +719,8 @@ void QAKVD::ScaleCustom(int id)
 {
     KVDConfigDlg dialog(this, QString());
     if (dialog.exec() == QDialog::Accepted) {
-        const QDateTime old = m_start;
-        m_start = QDateTime(dialog.GetStart(), QTime(0, 0));
-        m_end = QDateTime(dialog.GetEnd(), QTime(0, 0));
-        if (m_checkedScale != 0) {
-            if (QAction* previous = menuItem(m_checkedScale))
-                previous->setChecked(false);
-            m_checkedScale = id;
-        }
-        if (QAction* item = id != 0 ? menuItem(id) : nullptr)
-            item->setChecked(true);
-        m_appliedShift = old.secsTo(m_start);
-        if (m_datesSet)
-            rebase(true);
+        checkScale(id);
+        m_view.setRange(dialog.GetStart(), dialog.GetEnd());
     }
     repaintChart();
 }
@@ -949,17 +748,17 @@ void QAKVD::press(QMouseEvent* event)
     }
 
     const double plotWidth = m_paperWidth - 305;
-    const qint64 fromEpoch = QDateTime(QDate(1970, 1, 1), QTime(0, 0)).secsTo(m_start);
+    const qint64 fromEpoch = QDateTime(QDate(1970, 1, 1), QTime(0, 0)).secsTo(m_view.start);
     const qint64 pointerTime =
-        qint64(double(fromEpoch) + double(m_start.secsTo(m_end)) / plotWidth * (pos.x() - 55));
+        qint64(double(fromEpoch) + double(m_view.start.secsTo(m_view.end)) / plotWidth * (pos.x() - 55));
     const QDateTime pointer = QDateTime::fromSecsSinceEpoch(pointerTime);
     const QPoint globalPos = event->globalPosition().toPoint();
 
     bool shown = false;
-    for (int index = int(m_curves.size()) - 1; index >= 0; --index) {
-        if (index >= m_curves.size())
+    for (int index = int(m_view.curves.size()) - 1; index >= 0; --index) {
+        if (index >= m_view.curves.size())
             continue;
-        KVDCurve* curve = m_curves[index];
+        KVDCurve* curve = m_view.curves[index];
         if (!curve->points || curve->points->isEmpty() || !curveHit(curve, pos))
             continue;
         shown = true;
@@ -1024,7 +823,7 @@ bool QAKVD::curveHit(const KVDCurve* curve, const QPoint& pos) const
 
 bool QAKVD::runCurvePopup(int& index, const QPoint& globalPos, const QDateTime& pointer)
 {
-    KVDCurve* curve = m_curves[index];
+    KVDCurve* curve = m_view.curves[index];
     QMenu popup(this);
     QMenu* properties = popup.addMenu(tr("Curve Properties", "Menu Item"));
     QAction* color = properties->addAction(tr("Change Curve Color", "Menu Item"));
@@ -1058,31 +857,31 @@ bool QAKVD::runCurvePopup(int& index, const QPoint& globalPos, const QDateTime& 
         return true;
     }
     if (chosen == left) {
-        m_firstScale = curve;
+        m_view.firstScale = curve;
         return true;
     }
     if (chosen == right) {
-        m_secondScale = curve;
+        m_view.secondScale = curve;
         return true;
     }
     if (chosen == hide) {
-        if (m_firstScale == curve)
-            m_firstScale = nullptr;
-        if (m_secondScale == curve)
-            m_secondScale = nullptr;
-        m_curves.removeAt(index);
+        if (m_view.firstScale == curve)
+            m_view.firstScale = nullptr;
+        if (m_view.secondScale == curve)
+            m_view.secondScale = nullptr;
+        m_view.curves.removeAt(index);
         delete curve;
         // The list cursor after a removal rests on the curve that followed, or on the new
         // last one. Two steps back from there give the new left-scale curve; when the
         // first step finds none, the first curve takes the scale and the cursor is lost.
-        int cursor = index < m_curves.size() ? index : int(m_curves.size()) - 1;
+        int cursor = index < m_view.curves.size() ? index : int(m_view.curves.size()) - 1;
         if (cursor >= 0)
             --cursor;
         if (cursor >= 0) {
             --cursor;
-            m_firstScale = cursor >= 0 ? m_curves[cursor] : nullptr;
+            m_view.firstScale = cursor >= 0 ? m_view.curves[cursor] : nullptr;
         } else {
-            m_firstScale = m_curves.isEmpty() ? nullptr : m_curves.first();
+            m_view.firstScale = m_view.curves.isEmpty() ? nullptr : m_view.curves.first();
             cursor = -1;
         }
         // The scan of the remaining curves goes on backwards from the cursor.
@@ -1100,13 +899,13 @@ bool QAKVD::runCurvePopup(int& index, const QPoint& globalPos, const QDateTime& 
         }
         return false;
     }
-    if (chosen == label && m_config) {
-        auto definition = m_config->definitions.find(curve->name);
-        const QString current = definition != m_config->definitions.end() ? definition->value(curve->field) : QString();
+    if (chosen == label && m_view.config) {
+        auto definition = m_view.config->definitions.find(curve->name);
+        const QString current = definition != m_view.config->definitions.end() ? definition->value(curve->field) : QString();
         bool ok = false;
         const QString text =
             QInputDialog::getText(this, caption, tr("Enter new label"), QLineEdit::Normal, current, &ok);
-        if (ok && definition != m_config->definitions.end())
+        if (ok && definition != m_view.config->definitions.end())
             definition->insert(curve->field, text);
         return false;
     }
@@ -1114,11 +913,11 @@ bool QAKVD::runCurvePopup(int& index, const QPoint& globalPos, const QDateTime& 
         CreateEvents(uint(pointer.toSecsSinceEpoch()));
         return false;
     }
-    if (KVDEvent* event = eventOn(day)) {
+    if (KVDEvent* event = m_view.eventOn(day)) {
         if (chosen == hideEvent) {
             event->visible = false;
         } else if (chosen == deleteEvent) {
-            m_events.removeOne(event);
+            m_view.events.removeOne(event);
             delete event;
         }
     }
@@ -1137,7 +936,7 @@ void QAKVD::runChartPopup(const QPoint& globalPos, const QDateTime& pointer)
     QAction* deleteEvent = eventMenu->addAction(tr("Delete Event", "Menu Item"));
     QAction* hideEvent = eventMenu->addAction(tr("Hide Event", "Menu Item"));
     const QDate day = pointer.date();
-    KVDEvent* existing = eventOn(day);
+    KVDEvent* existing = m_view.eventOn(day);
     if (existing) {
         setEvent->setText(tr("Edit Event", "Menu Item"));
     } else {
@@ -1152,17 +951,17 @@ void QAKVD::runChartPopup(const QPoint& globalPos, const QDateTime& pointer)
         // The day's event steps aside while the dialog runs, and comes back at the end of
         // the list when no new one replaces it.
         if (existing)
-            m_events.removeOne(existing);
+            m_view.events.removeOne(existing);
         if (!CreateEvents(uint(pointer.toSecsSinceEpoch()))) {
             if (existing)
-                m_events.append(existing);
+                m_view.events.append(existing);
         } else {
             delete existing;
         }
     } else if (existing && chosen == hideEvent) {
         existing->visible = false;
     } else if (existing && chosen == deleteEvent) {
-        m_events.removeOne(existing);
+        m_view.events.removeOne(existing);
         delete existing;
     }
 }
@@ -1173,23 +972,20 @@ void QAKVD::mouseMoveEvent(QMouseEvent* event)
     if (pos.x() < 55 || pos.x() > m_paperWidth - 250 || pos.y() < 50 || pos.y() > m_paperHeight - 100)
         return;
     if (m_dragging) {
-        const double perPixel = double(m_start.secsTo(m_end)) / (m_paperWidth - 305);
+        const double perPixel = double(m_view.start.secsTo(m_view.end)) / (m_paperWidth - 305);
         if (pos.x() > m_lastDragX)
             m_dragShift = -perPixel * (pos.x() - m_lastDragX);
         else if (pos.x() < m_lastDragX)
             m_dragShift = perPixel * (m_lastDragX - pos.x());
         m_lastDragX = pos.x();
     }
-    if (!m_datesSet) {
+    if (!m_view.datesSet) {
         repaintChart();
         return;
     }
     // Without a drag, or without a move, the previous shift is applied again: kept as is.
-    const qint64 shift = qint64(m_dragShift);
-    m_start = m_start.addSecs(shift);
-    m_end = m_end.addSecs(shift);
-    m_appliedShift = shift;
-    rebase(false);
+    m_view.drag(qint64(m_dragShift));
+    repaintChart();
 }
 
 void QAKVD::mouseReleaseEvent(QMouseEvent* event)
@@ -1252,15 +1048,15 @@ void QAKVD::RangeDeletion(int id)
             _iface->progressEnd();
         return;
     }
-    KVDRangeSelect dialog(m_root, this, nullptr, 0);
+    KVDRangeSelect dialog(m_view.root, this, nullptr, 0);
     if (dialog.exec() != QDialog::Accepted)
         return;
     const QString measure = dialog.measure;
     const int fields = dialog.fields;
     const QString user = CurrentUser;
-    const QString data = KVDMeasureFile::path(m_root, measure, user, fields, ".kvd");
-    const QString index = KVDMeasureFile::path(m_root, measure, user, fields, ".idx");
-    const QString temporary = m_root + QDir::separator() + QLatin1String("KVD.tmp");
+    const QString data = KVDMeasureFile::path(m_view.root, measure, user, fields, ".kvd");
+    const QString index = KVDMeasureFile::path(m_view.root, measure, user, fields, ".idx");
+    const QString temporary = m_view.root + QDir::separator() + QLatin1String("KVD.tmp");
 
     QString error;
     if (!KVDMeasureFile::checkFieldCount(fields, &error)) {
@@ -1289,7 +1085,7 @@ void QAKVD::CustomDeletion(int id)
         unsetCursor();
         return;
     }
-    KVDCustomSelect dialog(m_root, this, nullptr, 0, true);
+    KVDCustomSelect dialog(m_view.root, this, nullptr, 0, true);
     if (dialog.exec() != QDialog::Accepted) {
         if (_iface)
             _iface->progressEnd();
@@ -1303,9 +1099,9 @@ void QAKVD::CustomDeletion(int id)
         const QString measure = first->text(0);
         const QString user = first->text(1);
         const int fields = first->fieldCount;
-        const QString data = KVDMeasureFile::path(m_root, measure, user, fields, ".kvd");
-        const QString index = KVDMeasureFile::path(m_root, measure, user, fields, ".idx");
-        const QString temporary = m_root + QDir::separator() + QLatin1String("KVD.tmp");
+        const QString data = KVDMeasureFile::path(m_view.root, measure, user, fields, ".kvd");
+        const QString index = KVDMeasureFile::path(m_view.root, measure, user, fields, ".idx");
+        const QString temporary = m_view.root + QDir::separator() + QLatin1String("KVD.tmp");
         const QString failure = tr("%1 %2 Kavendi Request has failed\n").arg(data, temporary);
         QFile::remove(index);
         if (!moveAside(data, temporary)) {
@@ -1333,7 +1129,7 @@ void QAKVD::rewrite(const QString& temporary, const QString& measure, const QStr
     }
     if (_iface)
         _iface->progressStart(int(file.recordCount()), tr("KVD Processing..."), cancelText, this, 1);
-    const RootForStore root(m_root);
+    const RootForStore root(m_view.root);
     const QByteArray measureName = measure.toLocal8Bit();
     const QByteArray userName = user.toLocal8Bit();
     std::vector<uint32_t> values(size_t(qMax(fields, 1)));
@@ -1357,39 +1153,28 @@ void QAKVD::rewrite(const QString& temporary, const QString& measure, const QStr
 
 void QAKVD::rebuildView()
 {
-    if (QFile::exists(configPath()) && m_config)
-        m_config->StoreConfig(m_root, &m_curves, m_start, m_end, m_zoom, m_firstScale, m_secondScale,
-                              &m_events);
+    if (QFile::exists(configPath()))
+        storeView();
     clean();
-    qDeleteAll(m_events);
-    m_events.clear();
+    m_view.clearEvents();
     reloadConfiguration();
     repaintChart();
     if (_iface)
         _iface->progressEnd();
 }
 
+void QAKVD::storeView()
+{
+    m_view.storeView();
+}
+
 // Start-up's configuration steps again, on a fresh configuration; their results are not
 // checked here, their messages have been shown.
 void QAKVD::reloadConfiguration()
 {
-    delete m_config;
-    m_config = new KVDConfig(this);
+    m_view.load(m_view.root, configPath(), this, true, false);
     if (m_toolTip)
-        m_toolTip->setConfig(m_config);
-    if (QFile::exists(configPath())) {
-        m_config->ReadConfigBuiltIn();
-        m_config->ReadConfig(m_root, &m_curves, &m_start, &m_end, &m_zoom, &m_firstScale, &m_secondScale,
-                             &m_events);
-        m_config->ScanRepository(m_root, true);
-        m_config->StoreConfig(m_root, &m_curves, m_start, m_end, m_zoom, m_firstScale, m_secondScale,
-                              &m_events);
-    } else {
-        m_config->ReadConfigBuiltIn();
-        m_config->ScanRepository(m_root, true);
-        m_config->StoreConfig(m_root, &m_curves, m_start, m_end, m_zoom, m_firstScale, m_secondScale,
-                              &m_events);
-    }
+        m_toolTip->setConfig(m_view.config);
 }
 
 void QAKVD::CreateCustomFile(QTreeWidget* list, const QString& user)
@@ -1400,7 +1185,7 @@ void QAKVD::CreateCustomFile(QTreeWidget* list, const QString& user)
         return;
     const QString measure = last->text(0);
     const int fields = last->fieldCount;
-    const QString target = m_root + QLatin1String("/Custom") + measure + QLatin1Char('.') + user +
+    const QString target = m_view.root + QLatin1String("/Custom") + measure + QLatin1Char('.') + user +
                            QLatin1Char('.') + QString::number(fields) + QLatin1String(".kvd");
     QString error;
     if (!KVDMeasureFile::checkFieldCount(fields, &error)) {
@@ -1418,7 +1203,7 @@ void QAKVD::CreateCustomFile(QTreeWidget* list, const QString& user)
         auto* row = dynamic_cast<KVDCheckList*>(list->topLevelItem(r));
         if (!row || row->checkState(0) != Qt::Checked)
             continue;
-        const QString source = m_root + QLatin1Char('/') + row->secondText;
+        const QString source = m_view.root + QLatin1Char('/') + row->secondText;
         std::FILE* in = std::fopen(QFile::encodeName(source).constData(), "r+b");
         if (!in)
             continue;
@@ -1435,21 +1220,19 @@ void QAKVD::CustomCurveMenu(int id)
         repaintChart();
         return;
     }
-    KVDCustomSelect dialog(m_root, this, nullptr, 0, false);
+    KVDCustomSelect dialog(m_view.root, this, nullptr, 0, false);
     if (dialog.exec() != QDialog::Accepted || dialog.recordList()->topLevelItemCount() == 0) {
         repaintChart();
         return;
     }
     if (QFile::exists(configPath()))
-        m_config->StoreConfig(m_root, &m_curves, m_start, m_end, m_zoom, m_firstScale, m_secondScale,
-                              &m_events);
+        storeView();
     CreateCustomFile(dialog.recordList(), CurrentUser);
     if (QFile::exists(configPath()))
-        m_config->StoreConfig(m_root, &m_curves, m_start, m_end, m_zoom, m_firstScale, m_secondScale,
-                              &m_events);
+        storeView();
     clean();
-    qDeleteAll(m_events);
-    m_events.clear();
+    qDeleteAll(m_view.events);
+    m_view.events.clear();
     reloadConfiguration();
     repaintChart();
 }

@@ -1,6 +1,7 @@
 #ifndef QAKVD_H
 #define QAKVD_H
 
+#include "kvdview.h"
 #include "qastviewerwindow.h"
 
 #include <QColor>
@@ -119,25 +120,10 @@ public:
 
     // Read access for the host, the tools and the tests.
     KVDPaper* paper() const { return m_paper; }
-    KVDConfig* config() const { return m_config; }
-    QList<KVDCurve*>& curves() { return m_curves; }
-    QList<KVDEvent*>& events() { return m_events; }
-    QDateTime viewStart() const { return m_start; }
-    QDateTime viewEnd() const { return m_end; }
-    bool datesSet() const { return m_datesSet; }
-    bool floating() const { return m_floating; }
-    int zoomValue() const { return m_zoom; }
-    QString root() const { return m_root; }
-    QColor lastColor() const { return m_lastColor; }
-    KVDCurve* firstScaleCurve() const { return m_firstScale; }
-    KVDCurve* secondScaleCurve() const { return m_secondScale; }
+    KVDView& view() { return m_view; }
+    const KVDView& view() const { return m_view; }
     QMenu* viewerMenu() const { return m_menu; }
     int hostMenuId() const { return m_menuId; }
-    QString selectedMeasure() const { return m_selectedMeasure; }
-    int fieldCount() const { return m_fieldCount; }
-    int timeOffset() const { return m_timeOffset; }
-    int zoomStep() const { return m_zoomStep; }
-    bool eventsHidden() const { return m_eventsHidden; }
     int checkedScale() const { return m_checkedScale; }
     // The menu action carrying int id `id` (kept with QAction::setData), searched through
     // the viewer menu and its submenus; null when there is none.
@@ -192,9 +178,8 @@ protected:
     void mouseMoveEvent(QMouseEvent* event) override;
 
 private:
-    // Moves the view by m_appliedShift seconds: every curve point's x goes back by it
-    // and every curve takes the view's dates (and its span, unless only dragged).
-    void rebase(bool updateSpan);
+    // Moves the check mark of the scale entries to `id`, as every scale slot does.
+    void checkScale(int id);
     void setScale(int id, qint64 before, qint64 after);
     void press(QMouseEvent* event);
     // The right-button menus: the curve under the pointer, else the chart itself.
@@ -202,7 +187,6 @@ private:
     // Answers true when the scan of further curves stops.
     bool runCurvePopup(int& index, const QPoint& globalPos, const QDateTime& pointer);
     void runChartPopup(const QPoint& globalPos, const QDateTime& pointer);
-    KVDEvent* eventOn(const QDate& day) const;
     // Appends again, through the store, every record of the temporary file that
     // `deleted` does not claim, then removes the temporary file.
     void rewrite(const QString& temporary, const QString& measure, const QString& user, int fields,
@@ -212,9 +196,9 @@ private:
     // repository again as at start-up.
     void rebuildView();
     void reloadConfiguration();
+    void storeView();
 
     QString configPath() const;
-    bool loadConfiguration();
     void repaintChart();
     int newMenuId();
 
@@ -223,36 +207,17 @@ private:
     static QToolBar* ToolBar;
     static QString CurrentUser;
 
-    KVDConfig* m_config = nullptr;
+    KVDView m_view;
     int m_menuId = -1;
     bool m_firstPaint = true;
-    QDateTime m_start;
-    QDateTime m_end;
     int m_viewMode = 1;
     QMenu* m_menu = nullptr;
-    int m_zoom = 0;
-    QList<KVDCurve*> m_curves;
-    QList<KVDEvent*> m_events;
-    bool m_datesSet = false;
-    bool m_eventsHidden = false;
     KVDPaper* m_paper = nullptr;
     QPointer<QAListView> m_userTree;
-    QColor m_lastColor = Qt::red;
-    KVDCurve* m_firstScale = nullptr;
-    KVDCurve* m_secondScale = nullptr;
     KVDToolTip* m_toolTip = nullptr;
-    bool m_floating = false;
-    int m_zoomStep = 0;
     bool m_rootFromDialog = false;
-    QString m_root;
     double m_dragPosition = 0.0;
     bool m_pending = false;
-
-    // Selection.
-    QString m_selectedMeasure;
-    int m_fieldCount = 0;
-    int m_selectedField = 0;
-    int m_timeOffset = 0;
 
     // Menu items remembered by id.
     int m_exportId = 0;
@@ -265,7 +230,6 @@ private:
     bool m_dragging = false;
     int m_lastDragX = 0;
     double m_dragShift = 0.0;
-    qint64 m_appliedShift = 0;
     bool m_pressHandled = false;
 
     // The latest picture of the chart, shown by the paper.

@@ -40,6 +40,7 @@ StudioInterface* QAKVD::_iface = nullptr;
 bool QAKVD::Started = false;
 QToolBar* QAKVD::ToolBar = nullptr;
 QString QAKVD::CurrentUser;
+bool QAKVD::Headless = false;
 
 namespace {
 
@@ -195,10 +196,32 @@ void QAKVD::initialize(QARes*, StudioInterface* iface)
 
 void QAKVD::warningBox(const QString& text)
 {
-    if (_iface)
+    if (Headless)
+        std::fprintf(stderr, "%s", qPrintable(text.endsWith(QLatin1Char('\n')) ? text : text + QLatin1Char('\n')));
+    else if (_iface)
         QMessageBox::warning(_iface->mainWindow(), _iface->title(), text);
     else
         QMessageBox::warning(nullptr, tr("Kavendi", "Default title for message box"), text);
+}
+
+void QAKVD::criticalBox(const QString& text)
+{
+    if (Headless)
+        std::fprintf(stderr, "%s", qPrintable(text.endsWith(QLatin1Char('\n')) ? text : text + QLatin1Char('\n')));
+    else if (_iface)
+        QMessageBox::critical(_iface->mainWindow(), _iface->title(), text);
+    else
+        QMessageBox::critical(nullptr, tr("Kavendi", "Default title for message box"), text);
+}
+
+void QAKVD::setHeadless(bool headless)
+{
+    Headless = headless;
+}
+
+bool QAKVD::headless()
+{
+    return Headless;
 }
 
 bool QAKVD::Launched()

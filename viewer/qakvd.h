@@ -66,6 +66,13 @@ public:
     // The one way the viewer shows an error: a warning box on the host's main window
     // with the host's title, or parentless with the title "Kavendi" without a host.
     static void warningBox(const QString& text);
+    // The critical box of the configuration steps: host main window and title, or
+    // parentless with the title "Kavendi".
+    static void criticalBox(const QString& text);
+    // A headless host (the command-line tool) shows no box and asks nothing: messages go
+    // to standard error and questions take their negative answer.
+    static void setHeadless(bool headless);
+    static bool headless();
     // True once a window has finished starting, until a window goes away.
     static bool Launched();
     static QString GetCurrentUser();
@@ -206,6 +213,7 @@ private:
     static bool Started;
     static QToolBar* ToolBar;
     static QString CurrentUser;
+    static bool Headless;
 
     KVDView m_view;
     int m_menuId = -1;

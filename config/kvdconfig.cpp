@@ -16,7 +16,6 @@
 #include <QFile>
 #include <QLayout>
 #include <QMainWindow>
-#include <QMessageBox>
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QTextStream>
@@ -155,8 +154,7 @@ bool KVDConfig::ReadConfigBuiltIn()
     std::unique_ptr<QARes> root(QARes::read(path, false));
     QAResGroup* rootGroup = root ? root->toResGroup() : nullptr;
     if (!rootGroup) {
-        QMessageBox::critical(host->mainWindow(), host->title(),
-                              tr("Unable to read Kavendi configuration file (built in).\n"));
+        QAKVD::criticalBox(tr("Unable to read Kavendi configuration file (built in).\n"));
         return false;
     }
     QARes* first = rootGroup->firstChild();
@@ -189,12 +187,8 @@ bool KVDConfig::ScanRepository(QString dir, bool interactive)
         {QStringLiteral("*.kvd")}, QDir::Files | QDir::Dirs | QDir::Drives,
         QDir::Name | QDir::IgnoreCase);
     if (entries.isEmpty()) {
-        if (interactive) {
-            StudioInterface* host = QAKVD::iface();
-            QMessageBox::critical(host ? host->mainWindow() : nullptr,
-                                  host ? host->title() : tr("Kavendi", "Default message box title"),
-                                  tr("There is nothing to display.\n"));
-        }
+        if (interactive)
+            QAKVD::criticalBox(tr("There is nothing to display.\n"));
         return false;
     }
     if (!interactive)
@@ -230,8 +224,9 @@ bool KVDConfig::ScanRepository(QString dir, bool interactive)
             defineFields = false;
         }
         if (ask && !definitions.contains(key)) {
+            // A headless host answers no without asking.
             KVDConfigMsg question(hostWindow());
-            if (question.exec() == 1)
+            if (!QAKVD::headless() && question.exec() == 1)
                 defineFields = true;
             askPending = false;
         }
@@ -346,10 +341,7 @@ bool KVDConfig::ReadConfig(QString dir, QList<KVDCurve*>* curves, QDateTime* sta
     std::unique_ptr<QARes> root(QARes::read(ConfigPath(dir), false));
     QAResGroup* rootGroup = root ? root->toResGroup() : nullptr;
     if (!rootGroup) {
-        StudioInterface* host = QAKVD::iface();
-        QMessageBox::critical(hostWindow(),
-                              host ? host->title() : tr("Kavendi", "Default title for message box"),
-                              tr("Unable to read Kavendi configuration file.\n"));
+        QAKVD::criticalBox(tr("Unable to read Kavendi configuration file.\n"));
         return false;
     }
     // From here on a fault stops reading; what was read stays with the caller.

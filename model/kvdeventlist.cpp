@@ -22,12 +22,9 @@ bool KVDEventList::CreateEvents(QWidget* parent, unsigned int time)
     if (dialog.exec() == QDialog::Rejected)
         return false;
     const QDate day = dialog.eventDate();
-    for (const KVDEvent* event : std::as_const(m_events)) {
-        if (event->date == day) {
-            QAKVD::warningBox(
-                QCoreApplication::translate("QAKVD", "An Event already exists for this date\n"));
-            return false;
-        }
+    if (on(day)) {
+        QAKVD::warningBox(QCoreApplication::translate("QAKVD", "An Event already exists for this date\n"));
+        return false;
     }
     auto* event = new KVDEvent(day, dialog.label(), true);
     event->hasColor = false;
@@ -42,11 +39,15 @@ bool KVDEventList::CallCreateEvent(QWidget* parent, int id)
 
 bool KVDEventList::IsNearTag(const QDate& day) const
 {
-    for (const KVDEvent* event : m_events) {
+    return on(day) != nullptr;
+}
+
+KVDEvent* KVDEventList::on(const QDate& day) const
+{
+    for (KVDEvent* event : m_events)
         if (event->date == day)
-            return true;
-    }
-    return false;
+            return event;
+    return nullptr;
 }
 
 void KVDEventList::EventHide()

@@ -34,6 +34,8 @@ public:
     bool CallCreateEvent(QWidget* parent, int id);
     // True when an event lies exactly on day: there is deliberately no tolerance.
     bool IsNearTag(const QDate& day) const;
+    // The first event of the list dated on day, or null.
+    KVDEvent* on(const QDate& day) const;
     // Hides all events, or shows them again, in turn. Showing also makes every event
     // visible, including those hidden one by one: callers rely on this to bring back
     // every label at once.

@@ -1,5 +1,6 @@
 #include "qakvd.h"
 #include "qastkvdplugin.h"
+#include "samplerepository.h"
 #include "studiopluginloader.h"
 #include "studiowindow.h"
 #include "testenv.h"
@@ -7,6 +8,7 @@
 #include <QPointer>
 #include <QProcess>
 #include <QTemporaryDir>
+#include <QTreeWidget>
 #include <QtTest>
 
 // The plug-in as a host meets it: loaded through its entry points, asked for its
@@ -17,6 +19,10 @@ class TstPlugin : public QObject
 
 private:
     QAStViewerPlugin* m_plugin = nullptr;
+    // The host stays for the whole run: the plug-in keeps its interface once given.
+    QMainWindow m_main;
+    StudioHost m_host{&m_main, QStringLiteral("Studio"), TestEnv::built(QStringLiteral("share/kavendi"))};
+    SampleRepository m_repository;
     QString libraryPath() const { return TestEnv::built(QStringLiteral("lib/libkavendi.so")); }
 
 private slots:
@@ -26,6 +32,11 @@ private slots:
         QString error;
         m_plugin = StudioPluginLoader::load(libraryPath(), &error);
         QVERIFY2(m_plugin, qPrintable(error));
+        KVDSampleWriter::Options options;
+        options.users = 2;
+        options.days = 10;
+        QVERIFY2(m_repository.fill(options), qPrintable(m_repository.error()));
+        qputenv("ZANTH_KVD_ROOT", QFile::encodeName(m_repository.root()));
     }
 
     void metadata_data()
@@ -81,12 +92,10 @@ private slots:
         QVERIFY2(!QAStKvdPlugin::studioIFace, "no host: the interface stays null");
         QVERIFY(!QAKVD::iface());
 
-        QMainWindow main;
-        StudioHost host(&main, QStringLiteral("Studio"), QString());
-        m_plugin->initialize(&host, nullptr);
-        QCOMPARE(QAStKvdPlugin::studioIFace, static_cast<StudioInterface*>(&host));
-        QCOMPARE(QAKVD::iface(), static_cast<StudioInterface*>(&host));
-        m_plugin->initialize(nullptr, nullptr);
+        m_plugin->initialize(&m_host, nullptr);
+        QCOMPARE(QAStKvdPlugin::studioIFace, static_cast<StudioInterface*>(&m_host));
+        QCOMPARE(QAKVD::iface(), static_cast<StudioInterface*>(&m_host));
+        QVERIFY2(QAKVD::toolBar(), "the first host interface brings the shared tool bar");
     }
 
     void createdWindowDeletesItselfOnClose()
@@ -153,7 +162,8 @@ private slots:
         QCOMPARE(w->node().text, QStringLiteral("t"));
         w->setFile(QStringLiteral("ignored.kvd"));
         w->refreshContents(); // paints with a null event
-        QVERIFY(!w->contentOutlineWidget());
+        auto* tree = qobject_cast<QTreeWidget*>(w->contentOutlineWidget());
+        QVERIFY2(tree && tree->topLevelItemCount() == 2, "the outline is the tree of the repository's users");
     }
 
     void hostRefusesBadPluginsAndStaysUp_data()

@@ -1,0 +1,45 @@
+#include "kvdheadlesshost.h"
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QFileInfo>
+
+KVDHeadlessHost::KVDHeadlessHost(const QString& builtin)
+{
+    if (builtin.isEmpty()) {
+        m_directory = QCoreApplication::applicationDirPath() + QLatin1String("/../share/kavendi");
+        return;
+    }
+    // The viewer reads the definitions under a fixed name in the host directory; a file
+    // of another name is copied there.
+    if (!QFileInfo(builtin).isFile()) {
+        m_error = QStringLiteral("%1: no such file").arg(builtin);
+        return;
+    }
+    m_copy = std::make_unique<QTemporaryDir>();
+    m_directory = m_copy->path();
+    if (!QFile::copy(builtin, m_directory + QLatin1String("/KVD_built_in.cfg")))
+        m_error = QStringLiteral("%1: cannot be read").arg(builtin);
+}
+
+bool KVDHeadlessHost::isValid(QString* error) const
+{
+    if (error)
+        *error = m_error;
+    return m_error.isEmpty();
+}
+
+bool KVDHeadlessHost::queryInterface(const QUuid& iid, QUnknownInterface** iface)
+{
+    if (!iface)
+        return false;
+    *iface = (iid == IID_QUnknown || iid == IID_StudioInterface) ? this : nullptr;
+    return *iface != nullptr;
+}
+
+bool KVDHeadlessHost::queryObject(const QString&, const QUuid&, QUnknownInterface** object)
+{
+    if (object)
+        *object = nullptr;
+    return false;
+}

@@ -90,42 +90,34 @@ private slots:
     void granularity_data()
     {
         QTest::addColumn<QDateTime>("start");
+        QTest::addColumn<QString>("coarse"); // the first coarse label
         QTest::addColumn<int>("days");
         QTest::addColumn<QStringList>("fine"); // the first two fine labels
-        QTest::addColumn<QString>("coarse");   // the first coarse label
         QTest::addColumn<QString>("colours");  // of the first fine and coarse cells
 
         const QDateTime monday = at(2009, 1, 5, 10);
+        const QStringList weeks{"Week 2", "Week 3"}, months{"Feb", "Mar"};
         QTest::newRow("2 days: hours, days")
-            << monday << 2 << QStringList{"10", "11"} << "Mon 5 Jan 2009"
-            << "GL";
-        QTest::newRow("3 days: days, months") << monday << 3 << QStringList{"5", "6"} << "Jan 2009"
-                                              << "LL";
-        QTest::newRow("33 days: days") << monday << 33 << QStringList{"5", "6"} << "Jan 2009"
-                                       << "LL";
-        QTest::newRow("34 days: weeks, months")
-            << monday << 34 << QStringList{"Week 2", "Week 3"} << "Jan 2009"
-            << "GL";
-        QTest::newRow("123 days: weeks")
-            << monday << 123 << QStringList{"Week 2", "Week 3"} << "Jan 2009"
-            << "GL";
+            << monday << "Mon 5 Jan 2009" << 2 << QStringList{"10", "11"} << "GL";
+        QTest::newRow("3 days: days, months")
+            << monday << "Jan 2009" << 3 << QStringList{"5", "6"} << "LL";
+        QTest::newRow("33 days: days")
+            << monday << "Jan 2009" << 33 << QStringList{"5", "6"} << "LL";
+        QTest::newRow("34 days: weeks, months") << monday << "Jan 2009" << 34 << weeks << "GL";
+        QTest::newRow("123 days: weeks") << monday << "Jan 2009" << 123 << weeks << "GL";
         QTest::newRow("124 days: months, years")
-            << at(2010, 2, 5) << 124 << QStringList{"Feb", "Mar"} << "2010"
-            << "GG";
-        QTest::newRow("1000 days: months")
-            << at(2010, 2, 5) << 1000 << QStringList{"Feb", "Mar"} << "2010"
-            << "GG";
+            << at(2010, 2, 5) << "2010" << 124 << months << "GG";
+        QTest::newRow("1000 days: months") << at(2010, 2, 5) << "2010" << 1000 << months << "GG";
         QTest::newRow("1001 days: hour band, years")
-            << at(2009, 3, 1) << 1001 << QStringList{"", ""} << "2009"
-            << "GL";
+            << at(2009, 3, 1) << "2009" << 1001 << QStringList{"", ""} << "GL";
     }
 
     void granularity()
     {
         QFETCH(QDateTime, start);
+        QFETCH(QString, coarse);
         QFETCH(int, days);
         QFETCH(QStringList, fine);
-        QFETCH(QString, coarse);
         QFETCH(QString, colours);
         RecordingSchedule schedule;
         axis(schedule, 1600, 1295, start, start.addDays(days));
@@ -141,26 +133,21 @@ private slots:
 
     void weekNumbers_data()
     {
-        QTest::addColumn<QDateTime>("start");
         QTest::addColumn<QString>("labels");
+        QTest::addColumn<QDateTime>("start");
         QTest::addColumn<QString>("colours");
-
-        QTest::newRow("29 Dec 2008 is week 1") << at(2008, 12, 1) << "49 50 51 52 1 2"
-                                               << "LGLGLG";
-        QTest::newRow("28 Dec 2009 is week 53") << at(2009, 12, 1) << "49 50 51 52 53 1"
-                                                << "LGLGLL";
-        QTest::newRow("Saturday 2 Jan 2010") << at(2010, 1, 2) << "53 1 2 3 4 5 6"
-                                             << "LLGLGLG";
-        QTest::newRow("year from a Thursday") << at(2009, 3, 11) << "11 12 13 14 15 16"
-                                              << "LGLGLG";
-        QTest::newRow("year from a Friday") << at(2010, 3, 10) << "10 11 12 13 14 15"
-                                            << "GLGLGL";
+        QTest::newRow("29 Dec 2008 is week 1") << "49 50 51 52 1 2" << at(2008, 12, 1) << "LGLGLG";
+        QTest::newRow("28 Dec 2009 is week 53")
+            << "49 50 51 52 53 1" << at(2009, 12, 1) << "LGLGLL";
+        QTest::newRow("Saturday 2 Jan 2010") << "53 1 2 3 4 5 6" << at(2010, 1, 2) << "LLGLGLG";
+        QTest::newRow("year from a Thursday") << "11 12 13 14 15 16" << at(2009, 3, 11) << "LGLGLG";
+        QTest::newRow("year from a Friday") << "10 11 12 13 14 15" << at(2010, 3, 10) << "GLGLGL";
     }
 
     void weekNumbers()
     {
-        QFETCH(QDateTime, start);
         QFETCH(QString, labels);
+        QFETCH(QDateTime, start);
         QFETCH(QString, colours);
         RecordingSchedule schedule;
         axis(schedule, 1600, 1295, start, start.addDays(38));

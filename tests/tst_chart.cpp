@@ -2,17 +2,15 @@
 #include "kvdchart.h"
 #include "kvdcurve.h"
 #include "kvdevent.h"
+#include "modalanswerer.h"
 #include "paintrecorder.h"
 #include "testenv.h"
 
-#include <QApplication>
 #include <QImage>
 #include <QLocale>
-#include <QMessageBox>
 #include <QPainter>
 #include <QPointer>
 #include <QTemporaryDir>
-#include <QTimer>
 #include <QtTest>
 
 #include <algorithm>
@@ -24,27 +22,8 @@ const QColor black(0, 0, 0);
 const QColor green(0, 128, 0);
 const QColor blue(0, 0, 255);
 const QColor red(255, 0, 0);
-const QString tooFarText = "Maybe too hard for the device-> Removing curve form view\n";
-
-// Accepts every message box opened while it lives, keeping the texts.
-class MessageAnswerer : public QObject
-{
-public:
-    MessageAnswerer()
-    {
-        connect(&m_timer, &QTimer::timeout, this, [this] {
-            if (auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget())) {
-                texts.append(box->text());
-                box->accept();
-            }
-        });
-        m_timer.start(10);
-    }
-    QStringList texts;
-
-private:
-    QTimer m_timer;
-};
+const QString tooFarWarning =
+    "warning|Kavendi|Maybe too hard for the device-> Removing curve form view\n";
 
 bool contains(const QImage& image, const QRect& area, const QColor& colour)
 {
@@ -97,26 +76,26 @@ struct Scene
         return add(at, QList<int>(count, value), top, bottom, colour);
     }
 
-    QImage paint(int w, int h, bool printed = false)
+    void draw(QPaintDevice* device, int w, int h, bool printed)
     {
-        QImage image(w, h, QImage::Format_RGB32);
-        image.fill(printed ? Qt::magenta : Qt::white);
-        QPainter painter(&image);
+        QPainter painter(device);
         if (printed)
             chart.paintPrinted(&painter, w, h);
         else
             chart.paint(&painter, w, h);
+    }
+    QImage paint(int w, int h, bool printed = false)
+    {
+        QImage image(w, h, QImage::Format_RGB32);
+        image.fill(printed ? Qt::magenta : Qt::white);
+        draw(&image, w, h, printed);
         return image;
     }
     // The texts a paint puts in [left, right) x [top, bottom).
     QStringList texts(int w, int h, QRectF area, bool printed = false)
     {
         PaintRecorder recorder(w, h);
-        QPainter painter(&recorder);
-        if (printed)
-            chart.paintPrinted(&painter, w, h);
-        else
-            chart.paint(&painter, w, h);
+        draw(&recorder, w, h, printed);
         return recorder.textsIn(area.left(), area.top(), area.right(), area.bottom());
     }
 
@@ -415,9 +394,9 @@ private slots:
         QPointer<KVDCurve> curve = scene.add(at, QList<int>(at.size(), 5), 10, 0);
         curve->span = zeroSpan ? 0 : curve->span;
         scene.chart.leftScale = curve;
-        MessageAnswerer answerer;
+        ModalAnswerer answerer;
         scene.paint(800, 500);
-        QCOMPARE(answerer.texts, removed ? QStringList{tooFarText} : QStringList());
+        QCOMPARE(answerer.seen(), removed ? QStringList{tooFarWarning} : QStringList());
         QCOMPARE(scene.curves.size(), removed ? 0 : 1);
         QVERIFY2(curve.isNull() == removed && !scene.chart.leftScale == removed,
                  "a removed curve is deleted and its scale cleared");
@@ -430,13 +409,13 @@ private slots:
         Scene scene;
         scene.add({-10, 0.5, 1}, {5, 5, 5}, 10, 0, blue);
         scene.flat(5, 10, 0);
-        MessageAnswerer answerer;
+        ModalAnswerer answerer;
         const QRect plot(56, 41, 493, 370);
         const QImage first = scene.paint(800, 500);
         QVERIFY2(!contains(first, plot, green), "skipped in the pass that removed its neighbour");
         QCOMPARE(first.pixelColor(604, 104), green);
         QVERIFY2(contains(scene.paint(800, 500), plot, green), "drawn again next time");
-        QCOMPARE(answerer.texts.size(), 1);
+        QCOMPARE(answerer.seen(), QStringList{tooFarWarning});
     }
 
     void printedPenWidth_data()
@@ -480,9 +459,9 @@ private slots:
         // screen's limit and leaves it out. 1280 wide: the plot runs from 110, 870 wide.
         Scene scene;
         scene.add({-5110.0 / 870, 0.5, 1}, {5, 5, 5}, 10, 0);
-        MessageAnswerer answerer;
+        ModalAnswerer answerer;
         QVERIFY2(contains(scene.paint(1280, 960, true), QRect(110, 0, 870, 960), green), "drawn");
-        QCOMPARE(answerer.texts, QStringList());
+        QCOMPARE(answerer.seen(), QStringList());
         QCOMPARE(scene.curves.size(), 1);
         QCOMPARE(scene.texts(1280, 960, QRectF(1080, 0, 200, 760), true), QStringList());
     }

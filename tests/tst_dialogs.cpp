@@ -53,18 +53,14 @@ private slots:
             QCOMPARE(dialog.GetValue(row),
                      row == emptied ? QString() : QString("name %1").arg(row));
         QCOMPARE(dialog.GetValue(4), QString());
-    }
-
-    void labelsFormTexts()
-    {
-        KVDConfigDlg dialog(nullptr, 2, "cov");
         QStringList texts;
         for (const QLabel* label : dialog.findChildren<QLabel*>())
             if (!label->text().isEmpty())
                 texts << label->text();
         QCOMPARE(texts, QStringList({"Enter a label for the cov metric",
                                      "Enter a label for field 1 of cov metric",
-                                     "Enter a label for field 2 of cov metric"}));
+                                     "Enter a label for field 2 of cov metric",
+                                     "Enter a label for field 3 of cov metric"}));
     }
 
     void dateRange_data()

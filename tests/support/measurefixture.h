@@ -5,9 +5,9 @@
 #include <QString>
 #include <QtGlobal>
 
-// Measure files for tests, written in the layout the shared reader documents: records
-// in the order given, each field's running total over the latest record of every key,
-// and the index of each key's latest record.
+// Measure files for tests, written by the same writer as kvd sample: records in the order
+// given, each field's running total over the latest record of every key, and the index of
+// each key's latest record.
 namespace MeasureFixture {
 
 struct Record
@@ -17,7 +17,8 @@ struct Record
     QList<quint32> values; // one per field
 };
 
-// Writes root/measure.user.fieldCount.kvd and .idx; a record's missing values count as 0.
+// Writes root/measure.user.fieldCount.kvd and .idx; a record's missing values count as 0,
+// values past fieldCount are left out.
 // False when a file cannot be written.
 bool write(const QString& root, const QString& measure, const QString& user, int fieldCount,
            const QList<Record>& records);

@@ -1,7 +1,9 @@
 #include "kvdcommands.h"
 
 int kvdDump(const QStringList& args);
+int kvdExport(const QStringList& args);
 int kvdKey(const QStringList& args);
+int kvdRender(const QStringList& args);
 int kvdSample(const QStringList& args);
 int kvdWrite(const QStringList& args);
 
@@ -12,6 +14,8 @@ const QList<KvdCommand>& kvdCommands()
         {"write", "append a record to a measure, as recording tools do", kvdWrite},
         {"key", "print the record key of a text", kvdKey},
         {"dump", "list the records of a measure data or index file", kvdDump},
+        {"render", "draw the chart of a repository into a PNG, SVG or PDF file", kvdRender},
+        {"export", "write the curves of a repository's chart as CSV", kvdExport},
     };
     return commands;
 }

@@ -49,16 +49,7 @@ bool parseSize(const QString& text, QSize* size)
 
 void draw(QPainter* painter, KVDView& view, const QSize& size)
 {
-    KVDChart chart;
-    chart.start = view.start;
-    chart.end = view.end;
-    chart.datesSet = view.datesSet;
-    chart.eventsHidden = view.events.eventsHidden();
-    chart.curves = &view.curves;
-    chart.events = &view.events.items();
-    chart.leftScale = view.firstScale;
-    chart.rightScale = view.secondScale;
-    chart.definitions = view.config ? &view.config->definitions : nullptr;
+    KVDChart chart = view.chart();
     chart.paint(painter, size.width(), size.height());
     view.firstScale = chart.leftScale;
     view.secondScale = chart.rightScale;

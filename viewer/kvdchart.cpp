@@ -1,4 +1,5 @@
 #include "kvdchart.h"
+#include "kvddevice.h"
 #include "kvdcurve.h"
 #include "kvdevent.h"
 #include "kvdschedule.h"
@@ -15,32 +16,12 @@
 #include <cmath>
 #include <utility>
 
+using KVDDevice::outline;
+using KVDDevice::toInt;
+
 namespace {
 
 const QColor marginColour(200, 200, 200);
-
-// Converts a device coordinate to int, saturating instead of overflowing.
-int toInt(double v)
-{
-    if (std::isnan(v))
-        return 0;
-    if (v >= double(INT_MAX))
-        return INT_MAX;
-    if (v <= double(INT_MIN))
-        return INT_MIN;
-    return int(v);
-}
-
-// Outlines the w x h units whose top left unit is (x, y), the outline lying on the
-// outermost units. Neighbouring cells and the plot frame share their border lines with
-// what is drawn next to them on that understanding.
-void outline(QPainter* p, int x, int y, int w, int h)
-{
-    if (w == 0 || h == 0)
-        return;
-    const QRect r = QRect(x, y, w, h).normalized();
-    p->drawRect(r.x(), r.y(), r.width() - 1, r.height() - 1);
-}
 
 // An ellipse inside the w x h units at (x, y), as outline() does for rectangles.
 void ellipse(QPainter* p, int x, int y, int w, int h)

@@ -1,4 +1,5 @@
 #include "kvdschedule.h"
+#include "kvddevice.h"
 
 #include <QDate>
 #include <QFontMetrics>
@@ -10,34 +11,13 @@
 #include <climits>
 #include <cmath>
 
+using KVDDevice::outline;
+using KVDDevice::toInt;
+
 namespace {
 
 // Granularity of the fine row; the coarse row follows from it.
 enum class Grain { Hours, Days, Weeks, Months, HourBand };
-
-// Converts a device coordinate or length to int, saturating instead of overflowing: a
-// huge zoom must give a far-away cell, never undefined arithmetic.
-int toInt(double v)
-{
-    if (std::isnan(v))
-        return 0;
-    if (v >= double(INT_MAX))
-        return INT_MAX;
-    if (v <= double(INT_MIN))
-        return INT_MIN;
-    return int(v);
-}
-
-// Outlines the w x h units whose top left unit is (x, y), the outline lying on the
-// outermost units, so that a cell one unit wider than its spacing shares its right border
-// with the next cell's left one.
-void outline(QPainter* p, int x, int y, int w, int h)
-{
-    if (w == 0 || h == 0)
-        return;
-    const QRect r = QRect(x, y, w, h).normalized();
-    p->drawRect(r.x(), r.y(), r.width() - 1, r.height() - 1);
-}
 
 // Where one cell lands: x0 is its start in device units from the plot's left edge, w its
 // exact width and e the correction that makes its floor-rounded width reach the floor of

@@ -1,4 +1,5 @@
 #include "kvdview.h"
+#include "kvdchart.h"
 #include "kvdconfig.h"
 #include "kvdcurve.h"
 
@@ -44,6 +45,21 @@ bool KVDView::load(const QString& repository, const QString& configFile, QAKVD* 
     if (ok && saved)
         lastColor = config->color;
     return ok;
+}
+
+KVDChart KVDView::chart()
+{
+    KVDChart chart;
+    chart.start = start;
+    chart.end = end;
+    chart.datesSet = datesSet;
+    chart.eventsHidden = events.eventsHidden();
+    chart.curves = &curves;
+    chart.events = &events.items();
+    chart.leftScale = firstScale;
+    chart.rightScale = secondScale;
+    chart.definitions = config ? &config->definitions : nullptr;
+    return chart;
 }
 
 void KVDView::storeView()

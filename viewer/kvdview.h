@@ -9,6 +9,7 @@
 
 #include "kvdeventlist.h"
 
+class KVDChart;
 class KVDConfig;
 class KVDCurve;
 class KVDEvent;
@@ -32,6 +33,10 @@ public:
     // the scan; when `store` is set the view is written back. False after the failing
     // step has shown its message; with check false every step runs whatever it answers.
     bool load(const QString& root, const QString& configFile, QAKVD* owner, bool store, bool check = true);
+    // The chart pass's inputs: this view's dates, curves, events, scale curves and names.
+    // After a paint, take the scale curves back: a paint may drop a curve.
+    KVDChart chart();
+
     // Writes the view to the repository's view file.
     void storeView();
 

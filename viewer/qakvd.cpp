@@ -196,24 +196,25 @@ void QAKVD::initialize(QARes*, StudioInterface* iface)
         CreateToolBar(iface->mainWindow());
 }
 
+void QAKVD::showBox(QMessageBox::Icon icon, const QString& text)
+{
+    if (Headless) {
+        std::fprintf(stderr, "%s", qPrintable(text.endsWith(QLatin1Char('\n')) ? text : text + QLatin1Char('\n')));
+        return;
+    }
+    QMessageBox box(icon, _iface ? _iface->title() : tr("Kavendi", "Default title for message box"), text,
+                    QMessageBox::Ok, _iface ? _iface->mainWindow() : nullptr);
+    box.exec();
+}
+
 void QAKVD::warningBox(const QString& text)
 {
-    if (Headless)
-        std::fprintf(stderr, "%s", qPrintable(text.endsWith(QLatin1Char('\n')) ? text : text + QLatin1Char('\n')));
-    else if (_iface)
-        QMessageBox::warning(_iface->mainWindow(), _iface->title(), text);
-    else
-        QMessageBox::warning(nullptr, tr("Kavendi", "Default title for message box"), text);
+    showBox(QMessageBox::Warning, text);
 }
 
 void QAKVD::criticalBox(const QString& text)
 {
-    if (Headless)
-        std::fprintf(stderr, "%s", qPrintable(text.endsWith(QLatin1Char('\n')) ? text : text + QLatin1Char('\n')));
-    else if (_iface)
-        QMessageBox::critical(_iface->mainWindow(), _iface->title(), text);
-    else
-        QMessageBox::critical(nullptr, tr("Kavendi", "Default title for message box"), text);
+    showBox(QMessageBox::Critical, text);
 }
 
 void QAKVD::setHeadless(bool headless)
@@ -642,28 +643,13 @@ void QAKVD::paintEvent(QPaintEvent*)
         m_picture = QPixmap(size);
     {
         QPainter painter(&m_picture);
-        KVDChart chart = this->chart();
+        KVDChart chart = m_view.chart();
         chart.paint(&painter, size.width(), size.height());
         // A paint may drop a curve that runs too far off the plot, scale curves included.
         m_view.firstScale = chart.leftScale;
         m_view.secondScale = chart.rightScale;
     }
     m_paper->update();
-}
-
-KVDChart QAKVD::chart()
-{
-    KVDChart chart;
-    chart.start = m_view.start;
-    chart.end = m_view.end;
-    chart.datesSet = m_view.datesSet;
-    chart.eventsHidden = m_view.events.eventsHidden();
-    chart.curves = &m_view.curves;
-    chart.events = &m_view.events.items();
-    chart.leftScale = m_view.firstScale;
-    chart.rightScale = m_view.secondScale;
-    chart.definitions = m_view.config ? &m_view.config->definitions : nullptr;
-    return chart;
 }
 
 void QAKVD::printChart(QPrinter* printer)
@@ -675,7 +661,7 @@ void QAKVD::printChart(QPrinter* printer)
     m_paperWidth = viewport.width();
     m_paperHeight = viewport.height();
     m_firstPaint = false;
-    KVDChart chart = this->chart();
+    KVDChart chart = m_view.chart();
     chart.paintPrinted(&painter, viewport.width(), viewport.height());
     m_view.firstScale = chart.leftScale;
     m_view.secondScale = chart.rightScale;

@@ -7,6 +7,7 @@
 #include <QColor>
 #include <QDateTime>
 #include <QList>
+#include <QMessageBox>
 #include <QPixmap>
 #include <QPointer>
 #include <QString>
@@ -213,8 +214,7 @@ private:
     void storeView();
 
     QString configPath() const;
-    // The chart pass's inputs from the view.
-    KVDChart chart();
+    static void showBox(QMessageBox::Icon icon, const QString& text);
     void repaintChart();
     int newMenuId();
 

@@ -18,6 +18,25 @@
 static FILE* Index_File = nullptr;
 static FILE* Data_Base = nullptr;
 
+// A failing call leaves its files open, as callers of the store have always seen it; the
+// next call that opens the same shared handle closes what is still open there first, so a
+// long run of failing writes (a record deletion re-appending thousands of records) holds
+// at most two handles instead of exhausting the process's descriptors.
+static FILE* openShared(FILE*& handle, const char* path, const char* mode)
+{
+    if (handle)
+        fclose(handle);
+    handle = fopen(path, mode);
+    return handle;
+}
+
+static int closeShared(FILE*& handle)
+{
+    const int result = fclose(handle);
+    handle = nullptr;
+    return result;
+}
+
 namespace {
 
 // A block of count 32-bit words, or null when the memory is not there. A count that is
@@ -145,7 +164,7 @@ unsigned int Write_Measure(const char* measure, const char* user, uint32_t key, 
 unsigned int Create_Data_Base(const char* dataPath, const char* indexPath, uint32_t date,
                               uint32_t key, int count, uint32_t* values)
 {
-    Index_File = fopen(indexPath, "a+b");
+    openShared(Index_File, indexPath, "a+b");
     if (!Index_File) {
         user_info(
             QCoreApplication::translate("Info", "Unable to create KVD file", "Error message"));
@@ -158,7 +177,7 @@ unsigned int Create_Data_Base(const char* dataPath, const char* indexPath, uint3
         return 1;
     }
 
-    Data_Base = fopen(dataPath, "a+b");
+    openShared(Data_Base, dataPath, "a+b");
     if (!Data_Base) {
         user_info(
             QCoreApplication::translate("Info", "Unable to create DataBase file", "Error message"));
@@ -172,12 +191,12 @@ unsigned int Create_Data_Base(const char* dataPath, const char* indexPath, uint3
         return 1;
     }
 
-    if (fclose(Index_File) != 0) {
+    if (closeShared(Index_File) != 0) {
         user_info(
             QCoreApplication::translate("Info", "Unable to close Index file", "Error message"));
         return 1;
     }
-    if (fclose(Data_Base) != 0) {
+    if (closeShared(Data_Base) != 0) {
         user_info(
             QCoreApplication::translate("Info", "Unable close DataBase file", "Error message"));
         return 1;
@@ -188,7 +207,7 @@ unsigned int Create_Data_Base(const char* dataPath, const char* indexPath, uint3
 unsigned int Update_Data_Base(const char* dataPath, const char* indexPath, uint32_t date,
                               uint32_t key, int count, uint32_t* values)
 {
-    Index_File = fopen(indexPath, "r+b");
+    openShared(Index_File, indexPath, "r+b");
     if (!Index_File) {
         user_info(
             QCoreApplication::translate("Info", "Unable to open index file", "Error message"));
@@ -241,7 +260,7 @@ unsigned int Update_Data_Base(const char* dataPath, const char* indexPath, uint3
             QCoreApplication::translate("Info", "Unable to update Index File", "Error message"));
         return 1;
     }
-    if (fclose(Index_File) != 0) {
+    if (closeShared(Index_File) != 0) {
         user_info(
             QCoreApplication::translate("Info", "Unable to close Index file", "Error message"));
         return 1;
@@ -265,7 +284,7 @@ unsigned int Seek_In_KVD(const char* dataPath, uint32_t offset, int count, uint3
             QCoreApplication::translate("Info", "Unable to allocate memory", "Error message"));
         return 1;
     }
-    Data_Base = fopen(dataPath, "r+b");
+    openShared(Data_Base, dataPath, "r+b");
     if (!Data_Base) {
         user_info(
             QCoreApplication::translate("Info", "Unable to open DataBase file", "Error message"));
@@ -305,7 +324,7 @@ unsigned int Seek_In_KVD(const char* dataPath, uint32_t offset, int count, uint3
             values[2 * k + 1] = values[2 * k] + last[3 + 2 * k] - record[2 + 2 * k];
     }
 
-    if (fclose(Data_Base) != 0) {
+    if (closeShared(Data_Base) != 0) {
         user_info(QCoreApplication::translate("Info", "Unable to close DataBase", "Error message"));
         return 1;
     }
@@ -317,7 +336,7 @@ unsigned int Seek_In_KVD(const char* dataPath, uint32_t offset, int count, uint3
 unsigned int Append_In_KVD(const char* dataPath, uint32_t date, uint32_t key, int count,
                            uint32_t* values, uint32_t* offset)
 {
-    Data_Base = fopen(dataPath, "a+b");
+    openShared(Data_Base, dataPath, "a+b");
     if (!Data_Base) {
         user_info(
             QCoreApplication::translate("Info", "Unable to open DataBase file", "Error message"));
@@ -331,7 +350,7 @@ unsigned int Append_In_KVD(const char* dataPath, uint32_t date, uint32_t key, in
             QCoreApplication::translate("Info", "Unable to update DataBase file", "Error message"));
         return 1;
     }
-    if (fclose(Data_Base) != 0) {
+    if (closeShared(Data_Base) != 0) {
         user_info(
             QCoreApplication::translate("Info", "Unable close DataBase file", "Error message"));
         return 1;

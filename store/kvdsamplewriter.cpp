@@ -211,7 +211,7 @@ bool KVDSampleWriter::finish(QString* error)
         if (m_error.isEmpty()) {
             std::FILE* index = std::fopen(QFile::encodeName(m_indexPath).constData(), "wb");
             const bool written =
-                index && std::fwrite(m_index.data(), 4, m_index.size(), index) == m_index.size();
+                index && (m_index.empty() || std::fwrite(m_index.data(), 4, m_index.size(), index) == m_index.size());
             if (!index || std::fclose(index) != 0 || !written)
                 fail(QCoreApplication::translate("KVDSampleWriter", "Can't write file: %1\n",
                                                  "%1 is a file name")

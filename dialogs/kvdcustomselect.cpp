@@ -22,8 +22,12 @@ KVDCustomSelect::KVDCustomSelect(const QString& dir, QWidget* parent, const char
     // The base class finished first; the list is not ready until this constructor ends.
     ready = false;
     m_list = new QAListView(this);
+    // Every column keeps the width it is given; none stretches into the free space.
+    m_list->header()->setStretchLastSection(false);
     secondRow()->addWidget(m_list);
     connect(m_list, &QAListView::rightButtonPressed, this, &KVDCustomSelect::PopUp);
+    // The columns of the first file; its records are listed once a file or date is chosen.
+    GetMeasure(combo()->currentIndex());
     ready = true;
 }
 
@@ -68,7 +72,8 @@ void KVDCustomSelect::GetMeasure(int index)
         const QDateTime date = QDateTime::fromSecsSinceEpoch(KVDMeasureFile::date(record));
         if (date < from || date > to)
             continue;
-        QStringList texts{measure, user, date.toString(), QString::number(KVDMeasureFile::key(record))};
+        QStringList texts{measure, user, date.toString(),
+                          QString::number(KVDMeasureFile::key(record))};
         for (int w = 2; w < words; ++w)
             texts << QString::number(record[w]);
         auto* row = new KVDCheckList(m_dir, m_list, texts);

@@ -15,7 +15,8 @@ class KVDCustomSelect : public KVDRangeSelect
 
 public:
     // deletionMode: the list serves record-by-record deletion rather than a custom curve.
-    KVDCustomSelect(const QString& dir, QWidget* parent, const char* name, int flags, bool deletionMode);
+    KVDCustomSelect(const QString& dir, QWidget* parent, const char* name, int flags,
+                    bool deletionMode);
 
     QAListView* recordList() const { return m_list; }
     bool deletionMode() const { return m_deletionMode; }

@@ -1,9 +1,7 @@
 #include "kvdrangeselect.h"
-#include "getpix.h"
-#include "kvdicons.h"
+#include "kvddialogframe.h"
 #include "kvdmeasurefile.h"
 #include "qakvd.h"
-#include "studiointerface.h"
 
 #include <QComboBox>
 #include <QDir>
@@ -11,31 +9,16 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
+#include <QSignalBlocker>
 #include <QSpinBox>
 #include <QVBoxLayout>
-
-namespace {
-
-QSpinBox* spinBox(QWidget* parent, QHBoxLayout* layout, int minimum, int maximum, int value)
-{
-    auto* box = new QSpinBox(parent);
-    box->setRange(minimum, maximum);
-    box->setSingleStep(1);
-    box->setValue(value);
-    layout->addWidget(box);
-    return box;
-}
-
-} // namespace
 
 KVDRangeSelect::KVDRangeSelect(const QString& dir, QWidget* parent, const char* name, int)
     : QDialog(parent), m_dir(dir)
 {
     if (name)
         setObjectName(QString::fromLatin1(name));
-    setModal(true);
-    setWindowIcon(GETPIX("kvdmini_xpm", kvdmini_xpm_data));
-    setWindowTitle(QAKVD::iface() ? QAKVD::iface()->title() : tr("Kavendi"));
+    KVDDialogFrame(this);
     startDate = QDate(2001, 1, 1);
     endDate = QDate(2001, 2, 1);
 
@@ -53,13 +36,13 @@ KVDRangeSelect::KVDRangeSelect(const QString& dir, QWidget* parent, const char* 
     m_combo = new QComboBox(group);
     row->addWidget(m_combo);
     row->addWidget(new QLabel(tr("From : "), group));
-    m_startDay = spinBox(group, row, 1, 31, 1);
-    m_startMonth = spinBox(group, row, 1, 12, 1);
-    m_startYear = spinBox(group, row, 2001, 2050, 2001);
+    m_from = KVDDateBoxes(group, QStringLiteral("from"));
+    m_from.setDate(startDate);
+    m_from.addTo(row);
     row->addWidget(new QLabel(tr("To: "), group));
-    m_endDay = spinBox(group, row, 1, 31, 1);
-    m_endMonth = spinBox(group, row, 1, 12, 2);
-    m_endYear = spinBox(group, row, 2001, 2050, 2001);
+    m_to = KVDDateBoxes(group, QStringLiteral("to"));
+    m_to.setDate(endDate);
+    m_to.addTo(row);
     first->addWidget(group);
 
     auto* buttons = new QVBoxLayout;
@@ -81,9 +64,9 @@ KVDRangeSelect::KVDRangeSelect(const QString& dir, QWidget* parent, const char* 
         m_combo->addItem(entry.section(QLatin1Char('.'), 0, 0));
 
     connect(m_combo, &QComboBox::activated, this, &KVDRangeSelect::GetMeasure);
-    for (QSpinBox* box : {m_startDay, m_startMonth, m_startYear})
+    for (QSpinBox* box : {m_from.day, m_from.month, m_from.year})
         connect(box, &QSpinBox::valueChanged, this, &KVDRangeSelect::ValidateStartYear);
-    for (QSpinBox* box : {m_endDay, m_endMonth, m_endYear})
+    for (QSpinBox* box : {m_to.day, m_to.month, m_to.year})
         connect(box, &QSpinBox::valueChanged, this, &KVDRangeSelect::ValidateEndYear);
     connect(ok, &QPushButton::clicked, this, &KVDRangeSelect::CustomOk);
     connect(cancel, &QPushButton::clicked, this, &KVDRangeSelect::CustomCancel);
@@ -93,7 +76,8 @@ KVDRangeSelect::KVDRangeSelect(const QString& dir, QWidget* parent, const char* 
 QStringList KVDRangeSelect::entries(const QString& dir)
 {
     const QString filter = QLatin1Char('*') + QAKVD::GetCurrentUser() + QLatin1String("*.kvd");
-    return QDir(dir).entryList({filter}, QDir::Files | QDir::Dirs | QDir::Drives | QDir::NoDotAndDotDot,
+    return QDir(dir).entryList({filter},
+                               QDir::Files | QDir::Dirs | QDir::Drives | QDir::NoDotAndDotDot,
                                QDir::Name | QDir::IgnoreCase);
 }
 
@@ -115,26 +99,24 @@ void KVDRangeSelect::GetMeasure(int index)
     takeEntry(index);
 }
 
-void KVDRangeSelect::validate(QSpinBox* day, QSpinBox* month, QSpinBox* year, QDate* date)
+void KVDRangeSelect::validate(KVDDateBoxes& boxes, QDate* date)
 {
-    const QDate firstDay(year->value(), month->value(), 1);
-    const int days = firstDay.daysInMonth();
-    // Setting the maximum clamps the day shown; its signal comes back here harmlessly.
-    day->setMaximum(days);
-    if (day->value() > days)
-        day->setValue(days);
-    *date = QDate(year->value(), month->value(), day->value());
+    {
+        // Lowering the day shown to the month's last day must not list the file twice.
+        const QSignalBlocker blocker(boxes.day);
+        *date = boxes.validate();
+    }
     GetMeasure(m_combo->currentIndex());
 }
 
 void KVDRangeSelect::ValidateStartYear()
 {
-    validate(m_startDay, m_startMonth, m_startYear, &startDate);
+    validate(m_from, &startDate);
 }
 
 void KVDRangeSelect::ValidateEndYear()
 {
-    validate(m_endDay, m_endMonth, m_endYear, &endDate);
+    validate(m_to, &endDate);
 }
 
 void KVDRangeSelect::CustomOk()

@@ -1,13 +1,14 @@
 #ifndef KVDRANGESELECT_H
 #define KVDRANGESELECT_H
 
+#include "kvddateboxes.h"
+
 #include <QDate>
 #include <QDialog>
 #include <QString>
 
 class QComboBox;
 class QHBoxLayout;
-class QSpinBox;
 
 // Picks one of the current user's measure files and a date range. Changes no file: the
 // caller reads the result members after exec() answered accepted.
@@ -45,15 +46,11 @@ protected:
     QString m_dir;
 
 private:
-    void validate(QSpinBox* day, QSpinBox* month, QSpinBox* year, QDate* date);
+    void validate(KVDDateBoxes& boxes, QDate* date);
 
     QComboBox* m_combo = nullptr;
-    QSpinBox* m_startDay = nullptr;
-    QSpinBox* m_startMonth = nullptr;
-    QSpinBox* m_startYear = nullptr;
-    QSpinBox* m_endDay = nullptr;
-    QSpinBox* m_endMonth = nullptr;
-    QSpinBox* m_endYear = nullptr;
+    KVDDateBoxes m_from; // boxes named fromDay, fromMonth, fromYear
+    KVDDateBoxes m_to;   // toDay, toMonth, toYear
     QHBoxLayout* m_secondRow = nullptr;
 };
 

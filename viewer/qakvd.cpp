@@ -1073,10 +1073,14 @@ private:
 };
 
 // Moves the data file aside to the temporary file, replacing an older one. Reopening the
-// data file afterwards is what tells whether the move worked.
+// data file afterwards is what tells whether the move worked; a rename that failed also
+// stops here, so that a temporary file left by an interrupted deletion is never taken
+// for this file's records. Paths go to the system as they are, never through a shell.
 bool moveAside(const QString& data, const QString& temporary)
 {
-    std::rename(QFile::encodeName(data).constData(), QFile::encodeName(temporary).constData());
+    const QByteArray from = QFile::encodeName(data);
+    if (std::rename(from.constData(), QFile::encodeName(temporary).constData()) != 0)
+        return false;
     std::FILE* still = std::fopen(QFile::encodeName(data).constData(), "r+b");
     if (still) {
         std::fclose(still);

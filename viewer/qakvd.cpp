@@ -41,7 +41,7 @@
 
 StudioInterface* QAKVD::_iface = nullptr;
 bool QAKVD::Started = false;
-QToolBar* QAKVD::ToolBar = nullptr;
+QPointer<QToolBar> QAKVD::ToolBar;
 QString QAKVD::CurrentUser;
 bool QAKVD::Headless = false;
 
@@ -149,7 +149,11 @@ QAKVD::QAKVD(QWidget* parent, const char* name, int flags, bool activate)
             showMaximized();
         }
         if (ToolBar) {
+            // clear() hands the previous buttons back without a parent; they go with
+            // their actions.
+            const QList<QAction*> previous = ToolBar->actions();
             ToolBar->clear();
+            qDeleteAll(previous);
             ToolBar->setEnabled(true);
             QToolButton* clear = addToolButton(ToolBar, ToolButtons[0]);
             connect(clear, &QToolButton::clicked, this, &QAKVD::clean);
@@ -423,6 +427,11 @@ void QAKVD::CreateToolBar(QMainWindow* mainWindow)
     ResetToolBar();
 }
 
+QToolBar* QAKVD::toolBar()
+{
+    return ToolBar;
+}
+
 void QAKVD::ResetToolBar()
 {
     if (!ToolBar)
@@ -438,7 +447,9 @@ bool QAKVD::CreateToolMenu()
     QMainWindow* main = _iface->mainWindow();
     if (!m_menu)
         m_menu = new QMenu(main);
+    // The submenus of an earlier build go with its items.
     m_menu->clear();
+    qDeleteAll(m_menu->findChildren<QMenu*>(QString(), Qt::FindDirectChildrenOnly));
     m_menuId = _iface->insertMenu(tr("&Kavendi", "Menu Item"), m_menu);
 
     // "Monitoring": one submenu per measure the current user may see.
@@ -478,7 +489,6 @@ bool QAKVD::CreateToolMenu()
         submenu->setTitle(title);
         QAction* entry = monitoring->addMenu(submenu);
         entry->setData(newMenuId());
-        entry->setCheckable(true);
         monitoring->setObjectName(key);
         // Deliberately one connection per visible measure: SelectField runs once per
         // visible measure on each highlight.

@@ -82,7 +82,7 @@ public:
     // The tool bar shared by every viewer window, in the host's main window.
     static void CreateToolBar(QMainWindow* mainWindow);
     static void ResetToolBar();
-    static QToolBar* toolBar() { return ToolBar; }
+    static QToolBar* toolBar();
 
     // Finds the repository and loads its configuration; false after the failing step
     // has shown its message.
@@ -220,7 +220,8 @@ private:
 
     static StudioInterface* _iface;
     static bool Started;
-    static QToolBar* ToolBar;
+    // Goes with the host's main window.
+    static QPointer<QToolBar> ToolBar;
     static QString CurrentUser;
     static bool Headless;
 

@@ -49,7 +49,7 @@ namespace {
 
 const QLatin1String EditedMetric("_EDITED_METRIC_");
 
-struct ToolButtonSpec
+struct ToolButtonInfo
 {
     const char* icon;
     const char* const* const* xpm;
@@ -58,7 +58,7 @@ struct ToolButtonSpec
     bool toggle;
 };
 
-const ToolButtonSpec ToolButtons[] = {
+const ToolButtonInfo ToolButtons[] = {
     {"kvd_clear_xpm", &kvd_clear_xpm_data, QT_TRANSLATE_NOOP("QAKVD", "Clear"),
      QT_TRANSLATE_NOOP("QAKVD", "<b> Clear </b><br>Clears all graphics from the viewer window"), false},
     {"kvd_hide_xpm", &kvd_hide_xpm_data, QT_TRANSLATE_NOOP("QAKVD", "Hide Events"),
@@ -70,13 +70,13 @@ const ToolButtonSpec ToolButtons[] = {
      true},
 };
 
-QToolButton* addToolButton(QToolBar* bar, const ToolButtonSpec& spec)
+QToolButton* addToolButton(QToolBar* bar, const ToolButtonInfo& info)
 {
     auto* button = new QToolButton(bar);
-    button->setIcon(GETPIX(spec.icon, *spec.xpm));
-    button->setToolTip(QAKVD::tr(spec.tip));
-    button->setWhatsThis(QAKVD::tr(spec.whatsThis));
-    button->setCheckable(spec.toggle);
+    button->setIcon(GETPIX(info.icon, *info.xpm));
+    button->setToolTip(QAKVD::tr(info.tip));
+    button->setWhatsThis(QAKVD::tr(info.whatsThis));
+    button->setCheckable(info.toggle);
     bar->addWidget(button);
     return button;
 }
@@ -436,8 +436,8 @@ void QAKVD::ResetToolBar()
 {
     if (!ToolBar)
         return;
-    for (const ToolButtonSpec& spec : ToolButtons)
-        addToolButton(ToolBar, spec)->setEnabled(false);
+    for (const ToolButtonInfo& info : ToolButtons)
+        addToolButton(ToolBar, info)->setEnabled(false);
 }
 
 bool QAKVD::CreateToolMenu()

@@ -1,10 +1,8 @@
 #include "kvdconfig.h"
-#include "kvdconfigdlg.h"
-#include "kvdconfigmsg.h"
 #include "kvdcurve.h"
 #include "kvdevent.h"
 #include "kvdmeasurefile.h"
-#include "qakvd.h"
+#include "kvdshell.h"
 #include "qaresboolean.h"
 #include "qaresgroup.h"
 #include "qaresint.h"
@@ -14,10 +12,6 @@
 
 #include <QDir>
 #include <QFile>
-#include <QLayout>
-#include <QMainWindow>
-#include <QScrollArea>
-#include <QScrollBar>
 #include <QTextStream>
 
 #include <memory>
@@ -26,12 +20,6 @@ namespace {
 
 // Marks a ratio curve in the view file: the prefix followed by the measure key.
 const QString EditedMetric = QStringLiteral("_EDITED_METRIC_");
-
-QWidget* hostWindow()
-{
-    StudioInterface* host = QAKVD::iface();
-    return host ? host->mainWindow() : nullptr;
-}
 
 // Dates are written as seconds from the local 1970-01-01 00:00:00 and read back as
 // seconds since the epoch in UTC. The two are deliberately not symmetric: outside UTC a
@@ -129,7 +117,10 @@ KVDDefinition stringEntries(const QAResGroup* group)
 
 } // namespace
 
-KVDConfig::KVDConfig(QAKVD* viewer) : viewer(viewer) {}
+KVDConfig::KVDConfig(const Questions& questions, bool perUserView)
+    : questions(questions), m_perUserView(perUserView)
+{
+}
 
 KVDConfig::~KVDConfig()
 {
@@ -139,22 +130,22 @@ KVDConfig::~KVDConfig()
 
 QString KVDConfig::ConfigPath(const QString& dir) const
 {
-    // The per-user name is kept for a viewer whose view mode is 0, which no viewer uses.
-    if (viewer && viewer->viewMode() == 0)
-        return dir + QLatin1String("/KVD") + QAKVD::GetCurrentUser() + QLatin1String(".cfg");
+    // The per-user name is kept for a per-user view, which no viewer uses.
+    if (m_perUserView)
+        return dir + QLatin1String("/KVD") + KVDShell::user() + QLatin1String(".cfg");
     return dir + QLatin1String("/KVD.cfg");
 }
 
 bool KVDConfig::ReadConfigBuiltIn()
 {
-    StudioInterface* host = QAKVD::iface();
+    StudioInterface* host = KVDShell::host();
     if (!host)
         return false;
     const QString path = host->directory() + QLatin1String("/KVD_built_in.cfg");
     std::unique_ptr<QARes> root(QARes::read(path, false));
     QAResGroup* rootGroup = root ? root->toResGroup() : nullptr;
     if (!rootGroup) {
-        QAKVD::criticalBox(tr("Unable to read Kavendi configuration file (built in).\n"));
+        KVDShell::criticalBox(tr("Unable to read Kavendi configuration file (built in).\n"));
         return false;
     }
     QARes* first = rootGroup->firstChild();
@@ -183,12 +174,12 @@ void KVDConfig::DisplayConfig()
 
 bool KVDConfig::ScanRepository(QString dir, bool interactive)
 {
-    const QStringList entries = QDir(dir).entryList(
-        {QStringLiteral("*.kvd")}, QDir::Files | QDir::Dirs | QDir::Drives,
-        QDir::Name | QDir::IgnoreCase);
+    const QStringList entries =
+        QDir(dir).entryList({QStringLiteral("*.kvd")}, QDir::Files | QDir::Dirs | QDir::Drives,
+                            QDir::Name | QDir::IgnoreCase);
     if (entries.isEmpty()) {
         if (interactive)
-            QAKVD::criticalBox(tr("There is nothing to display.\n"));
+            KVDShell::criticalBox(tr("There is nothing to display.\n"));
         return false;
     }
     if (!interactive)
@@ -212,10 +203,10 @@ bool KVDConfig::ScanRepository(QString dir, bool interactive)
             list->append(key);
 
         bool ask = false;
-        if (!viewer || viewer->viewMode() != 0) {
+        if (!m_perUserView) {
             // Shared view: the question is asked at most once per configuration.
             ask = askPending;
-        } else if (parts.user == QAKVD::GetCurrentUser()) {
+        } else if (parts.user == KVDShell::user()) {
             askPending = true;
             defineFields = false;
             ask = true;
@@ -224,25 +215,15 @@ bool KVDConfig::ScanRepository(QString dir, bool interactive)
             defineFields = false;
         }
         if (ask && !definitions.contains(key)) {
-            // A headless host answers no without asking.
-            KVDConfigMsg question(hostWindow());
-            if (!QAKVD::headless() && question.exec() == 1)
+            if (questions.configure && questions.configure())
                 defineFields = true;
             askPending = false;
         }
 
         if (defineFields && !definitions.contains(key)) {
-            KVDConfigDlg dialog(hostWindow(), count, parts.measure);
-            dialog.setFixedWidth(dialog.listWidth() +
-                                 dialog.scrollView()->verticalScrollBar()->sizeHint().width() + 2 +
-                                 dialog.layout()->contentsMargins().left() +
-                                 dialog.layout()->contentsMargins().right());
-            if (dialog.exec()) {
-                KVDDefinition definition;
-                for (int i = 0; i <= count; ++i)
-                    definition.insert(i, dialog.GetValue(i));
-                definitions.insert(key, definition);
-            }
+            KVDDefinition labels;
+            if (questions.labels && questions.labels(parts.measure, count, &labels))
+                definitions.insert(key, labels);
         }
 
         if (!definitions.contains(key)) {
@@ -254,7 +235,7 @@ bool KVDConfig::ScanRepository(QString dir, bool interactive)
         }
     }
     if (!refused.isEmpty())
-        QAKVD::warningBox(
+        KVDShell::warningBox(
             tr("These files were ignored: their number of values is not between 0 and %1.\n%2\n",
                "%2 is a list of file names")
                 .arg(KVDMeasureFile::MaxFields)
@@ -341,12 +322,12 @@ bool KVDConfig::ReadConfig(QString dir, QList<KVDCurve*>* curves, QDateTime* sta
     std::unique_ptr<QARes> root(QARes::read(ConfigPath(dir), false));
     QAResGroup* rootGroup = root ? root->toResGroup() : nullptr;
     if (!rootGroup) {
-        QAKVD::criticalBox(tr("Unable to read Kavendi configuration file.\n"));
+        KVDShell::criticalBox(tr("Unable to read Kavendi configuration file.\n"));
         return false;
     }
     // From here on a fault stops reading; what was read stays with the caller.
     auto fail = [] {
-        QAKVD::warningBox(tr("Unable to read Kavendi configuration file.\n"));
+        KVDShell::warningBox(tr("Unable to read Kavendi configuration file.\n"));
         return false;
     };
 

@@ -1,7 +1,7 @@
 #include "kvdcustomselect.h"
 #include "kvdchecklist.h"
 #include "kvdmeasurefile.h"
-#include "qakvd.h"
+#include "kvdshell.h"
 #include "qalistview.h"
 
 #include <QComboBox>
@@ -61,7 +61,7 @@ void KVDCustomSelect::GetMeasure(int index)
     KVDMeasureFile file;
     QString error;
     if (!file.open(path, fields, &error)) {
-        QAKVD::warningBox(tr("Kavendi Request has failed\n"));
+        KVDShell::warningBox(tr("Kavendi Request has failed\n"));
         InProgress = false;
         return;
     }

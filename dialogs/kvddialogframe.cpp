@@ -1,7 +1,7 @@
 #include "kvddialogframe.h"
 #include "getpix.h"
 #include "kvdicons.h"
-#include "qakvd.h"
+#include "kvdshell.h"
 #include "studiointerface.h"
 
 #include <QCoreApplication>
@@ -11,7 +11,7 @@ void KVDDialogFrame(QDialog* dialog)
 {
     dialog->setModal(true);
     dialog->setWindowIcon(GETPIX("kvdmini_xpm", kvdmini_xpm_data));
-    if (StudioInterface* host = QAKVD::iface())
+    if (StudioInterface* host = KVDShell::host())
         dialog->setWindowTitle(host->title());
     else
         dialog->setWindowTitle(

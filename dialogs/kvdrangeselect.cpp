@@ -1,7 +1,7 @@
 #include "kvdrangeselect.h"
 #include "kvddialogframe.h"
 #include "kvdmeasurefile.h"
-#include "qakvd.h"
+#include "kvdshell.h"
 
 #include <QComboBox>
 #include <QDir>
@@ -75,7 +75,7 @@ KVDRangeSelect::KVDRangeSelect(const QString& dir, QWidget* parent, const char* 
 
 QStringList KVDRangeSelect::entries(const QString& dir)
 {
-    const QString filter = QLatin1Char('*') + QAKVD::GetCurrentUser() + QLatin1String("*.kvd");
+    const QString filter = QLatin1Char('*') + KVDShell::user() + QLatin1String("*.kvd");
     return QDir(dir).entryList({filter},
                                QDir::Files | QDir::Dirs | QDir::Drives | QDir::NoDotAndDotDot,
                                QDir::Name | QDir::IgnoreCase);

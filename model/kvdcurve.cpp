@@ -1,6 +1,6 @@
 #include "kvdcurve.h"
 #include "kvdmeasurefile.h"
-#include "qakvd.h"
+#include "kvdshell.h"
 #include "studiointerface.h"
 
 #include <QCoreApplication>
@@ -32,23 +32,23 @@ KVDCurve::KVDCurve(const QString& repository, const QString& measure, int field,
 
     QString error;
     if (!KVDMeasureFile::checkFieldCount(valueCount, &error)) {
-        QAKVD::warningBox(error);
+        KVDShell::warningBox(error);
         return;
     }
     // The field's total is word 2 * field + 1; any other field number would read past
     // the record or plot the key.
     if (field < 1 || field > valueCount) {
-        QAKVD::warningBox(tr("Field %1 does not exist in %2 (1 to %3)\n",
-                             "%1 is a field number, %2 a file name, %3 the field count")
-                              .arg(field)
-                              .arg(path)
-                              .arg(valueCount));
+        KVDShell::warningBox(tr("Field %1 does not exist in %2 (1 to %3)\n",
+                                "%1 is a field number, %2 a file name, %3 the field count")
+                                 .arg(field)
+                                 .arg(path)
+                                 .arg(valueCount));
         return;
     }
     // Read-only: a repository the user may not write to must still display.
     KVDMeasureFile file;
     if (!file.open(path, valueCount)) {
-        QAKVD::warningBox(tr("Can't open file: %1\n", "%1 is a file name").arg(path));
+        KVDShell::warningBox(tr("Can't open file: %1\n", "%1 is a file name").arg(path));
         return;
     }
 
@@ -61,7 +61,7 @@ KVDCurve::KVDCurve(const QString& repository, const QString& measure, int field,
     points = new QPolygon;
 
     const qint64 records = file.recordCount();
-    StudioInterface* host = QAKVD::iface();
+    StudioInterface* host = KVDShell::host();
     if (host)
         host->progressStart(int(qMin<qint64>(records, INT_MAX)),
                             tr("KVD Processing...", "Progress Message"), tr("&Stop Loading"), this,

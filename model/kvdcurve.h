@@ -22,7 +22,7 @@ public:
     // the decimal value count; it is cut at the last occurrence of that text. `start` and
     // `end` give the wanted span: on return start is the first record's date and end
     // start + span (both unchanged for a file without records). When the file cannot be
-    // read, or field is not within 1..valueCount, the viewer's warning box says so and
+    // read, or field is not within 1..valueCount, the shell's warning says so and
     // `points` stays null. The file is opened read-only.
     KVDCurve(const QString& repository, const QString& measure, int field, int valueCount,
              const QString& user, QDateTime& start, QDateTime& end);
@@ -46,10 +46,10 @@ public:
     double displayMax = 0.0;    // top of the value scale
     double minValue = 0.0;
     double maxValue = 0.0;
-    double paperWidth = 0.0;  // paper size at the last paint, for hit tests
+    double paperWidth = 0.0; // paper size at the last paint, for hit tests
     double paperHeight = 0.0;
-    QTransform matrix;        // point space to paper, kept by painting
-    QString name;             // measure key: measure + value count (cov8)
+    QTransform matrix; // point space to paper, kept by painting
+    QString name;      // measure key: measure + value count (cov8)
     int valueCount = 0;
     int field = 0;
     QString user;

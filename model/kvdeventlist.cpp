@@ -1,7 +1,6 @@
 #include "kvdeventlist.h"
 #include "kvdevent.h"
-#include "kvdeventset.h"
-#include "qakvd.h"
+#include "kvdshell.h"
 
 #include <QCoreApplication>
 
@@ -16,25 +15,17 @@ void KVDEventList::clear()
     m_events.clear();
 }
 
-bool KVDEventList::CreateEvents(QWidget* parent, unsigned int time)
+bool KVDEventList::add(const QDate& day, const QString& text)
 {
-    KVDEventSet dialog(parent, nullptr, 0, time);
-    if (dialog.exec() == QDialog::Rejected)
-        return false;
-    const QDate day = dialog.eventDate();
     if (on(day)) {
-        QAKVD::warningBox(QCoreApplication::translate("QAKVD", "An Event already exists for this date\n"));
+        KVDShell::warningBox(
+            QCoreApplication::translate("QAKVD", "An Event already exists for this date\n"));
         return false;
     }
-    auto* event = new KVDEvent(day, dialog.label(), true);
+    auto* event = new KVDEvent(day, text, true);
     event->hasColor = false;
     m_events.append(event);
     return true;
-}
-
-bool KVDEventList::CallCreateEvent(QWidget* parent, int id)
-{
-    return id != 0 && CreateEvents(parent, 0);
 }
 
 bool KVDEventList::IsNearTag(const QDate& day) const

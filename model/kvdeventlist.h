@@ -5,11 +5,11 @@
 #include <QList>
 
 class KVDEvent;
-class QWidget;
+class QString;
 
 // The viewer's events and its events-hidden flag, with the operations behind the
-// viewer's CreateEvents, CallCreateEvent, IsNearTag and EventHide: the viewer keeps one
-// of these and forwards to it, then repaints where the operation changed something.
+// viewer's CreateEvents, IsNearTag and EventHide: the viewer keeps one of these and
+// forwards to it, then repaints where the operation changed something.
 // The list owns its events (deleted by clear() and the destructor) and is kept in
 // creation or configuration order, never sorted; at most one event per day.
 class KVDEventList
@@ -26,12 +26,9 @@ public:
     const QList<KVDEvent*>& items() const { return m_events; }
     void clear();
 
-    // Asks for a new event with the event dialog (parent, initial date from the Unix
-    // time, today when 0) and appends it, visible and without colour. False when the
-    // dialog was cancelled, or, after a warning, when that day already has an event.
-    bool CreateEvents(QWidget* parent, unsigned int time);
-    // A menu entry's answer: any non-zero id creates an event as CreateEvents(parent, 0).
-    bool CallCreateEvent(QWidget* parent, int id);
+    // Appends a visible event without colour on day; false, after a warning, when that
+    // day already has an event.
+    bool add(const QDate& day, const QString& text);
     // True when an event lies exactly on day: there is deliberately no tolerance.
     bool IsNearTag(const QDate& day) const;
     // The first event of the list dated on day, or null.

@@ -2,7 +2,7 @@
 #include "kvdchart.h"
 #include "kvdcurve.h"
 #include "kvdevent.h"
-#include "modalanswerer.h"
+#include "recordingshell.h"
 #include "paintrecorder.h"
 #include "testenv.h"
 
@@ -22,8 +22,7 @@ const QColor black(0, 0, 0);
 const QColor green(0, 128, 0);
 const QColor blue(0, 0, 255);
 const QColor red(255, 0, 0);
-const QString tooFarWarning =
-    "warning|Kavendi|Maybe too hard for the device-> Removing curve form view\n";
+const QString tooFarWarning = "warning|Maybe too hard for the device-> Removing curve form view\n";
 
 bool contains(const QImage& image, const QRect& area, const QColor& colour)
 {
@@ -114,8 +113,16 @@ class TstChart : public QObject
 {
     Q_OBJECT
 
+private:
+    RecordingShell m_shell;
+
 private slots:
-    void initTestCase() { TestEnv::pin(); }
+    void initTestCase()
+    {
+        TestEnv::pin();
+        m_shell.use();
+    }
+    void init() { m_shell.messages.clear(); }
 
     void emptyChart_data()
     {
@@ -394,9 +401,8 @@ private slots:
         QPointer<KVDCurve> curve = scene.add(at, QList<int>(at.size(), 5), 10, 0);
         curve->span = zeroSpan ? 0 : curve->span;
         scene.chart.leftScale = curve;
-        ModalAnswerer answerer;
         scene.paint(800, 500);
-        QCOMPARE(answerer.seen(), removed ? QStringList{tooFarWarning} : QStringList());
+        QCOMPARE(m_shell.messages, removed ? QStringList{tooFarWarning} : QStringList());
         QCOMPARE(scene.curves.size(), removed ? 0 : 1);
         QVERIFY2(curve.isNull() == removed && !scene.chart.leftScale == removed,
                  "a removed curve is deleted and its scale cleared");
@@ -409,13 +415,12 @@ private slots:
         Scene scene;
         scene.add({-10, 0.5, 1}, {5, 5, 5}, 10, 0, blue);
         scene.flat(5, 10, 0);
-        ModalAnswerer answerer;
         const QRect plot(56, 41, 493, 370);
         const QImage first = scene.paint(800, 500);
         QVERIFY2(!contains(first, plot, green), "skipped in the pass that removed its neighbour");
         QCOMPARE(first.pixelColor(604, 104), green);
         QVERIFY2(contains(scene.paint(800, 500), plot, green), "drawn again next time");
-        QCOMPARE(answerer.seen(), QStringList{tooFarWarning});
+        QCOMPARE(m_shell.messages, QStringList{tooFarWarning});
     }
 
     void printedPenWidth_data()
@@ -459,9 +464,8 @@ private slots:
         // screen's limit and leaves it out. 1280 wide: the plot runs from 110, 870 wide.
         Scene scene;
         scene.add({-5110.0 / 870, 0.5, 1}, {5, 5, 5}, 10, 0);
-        ModalAnswerer answerer;
         QVERIFY2(contains(scene.paint(1280, 960, true), QRect(110, 0, 870, 960), green), "drawn");
-        QCOMPARE(answerer.seen(), QStringList());
+        QCOMPARE(m_shell.messages, QStringList());
         QCOMPARE(scene.curves.size(), 1);
         QCOMPARE(scene.texts(1280, 960, QRectF(1080, 0, 200, 760), true), QStringList());
     }

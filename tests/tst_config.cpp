@@ -2,6 +2,7 @@
 #include "kvdconfig.h"
 #include "kvdcurve.h"
 #include "kvdevent.h"
+#include "kvdwindowshell.h"
 #include "measurefixture.h"
 #include "modalanswerer.h"
 #include "testenv.h"
@@ -154,7 +155,7 @@ private slots:
             m_host.install();
         ModalAnswerer answers;
         answers.push(ModalAnswerer::click("OK"));
-        KVDConfig config(nullptr);
+        KVDConfig config(KVDWindowShell::questions());
         QCOMPARE(config.ReadConfigBuiltIn(), ok);
         QCOMPARE(dump(config.definitions), definitions);
         QCOMPARE(answers.seen(), message.isEmpty() ? QStringList() : QStringList(message));
@@ -193,7 +194,7 @@ private slots:
                                                    {"Tests", "alice", 2},
                                                    {"alpha", "alice", 1}})
             QVERIFY(MeasureFixture::write(root.path(), measure, user, count, one));
-        KVDConfig config(nullptr);
+        KVDConfig config(KVDWindowShell::questions());
         preset(config, known);
         ModalAnswerer answers;
         script(answers, steps);
@@ -213,7 +214,7 @@ private slots:
     {
         QTemporaryDir root;
         QVERIFY(MeasureFixture::write(root.path(), "cov", "alice", 1, {Record{D0, 1, {1}}}));
-        KVDConfig config(nullptr);
+        KVDConfig config(KVDWindowShell::questions());
         ModalAnswerer answers;
         answers.push(ModalAnswerer::click("OK"));
         answers.push(ModalAnswerer::click("Ignore"));
@@ -259,7 +260,7 @@ private slots:
             m_host.install();
         ModalAnswerer answers;
         answers.push(ModalAnswerer::click("OK"));
-        KVDConfig config(nullptr);
+        KVDConfig config(KVDWindowShell::questions());
         QVERIFY2(!config.ScanRepository(missingDirectory ? root.path() + "/gone" : root.path(),
                                         interactive),
                  "no data file, nothing to display");
@@ -275,7 +276,7 @@ private slots:
             QFile file(root.path() + name);
             QVERIFY(file.open(QIODevice::WriteOnly));
         }
-        KVDConfig config(nullptr);
+        KVDConfig config(KVDWindowShell::questions());
         ModalAnswerer answers;
         answers.push(ModalAnswerer::click("Ignore"));
         answers.push(ModalAnswerer::click("OK"));
@@ -296,7 +297,7 @@ private slots:
                                       MeasureFixture::series(D0, {10, 20, 30}, 4)));
         QVERIFY(MeasureFixture::write(root.path(), "rat", "alice", 4,
                                       MeasureFixture::series(D1, {1, 2, 3}, 4)));
-        KVDConfig config(nullptr);
+        KVDConfig config(KVDWindowShell::questions());
         preset(config, "cov4=Coverage|Statements|Branches|Functions|Conditions;rat4=rat|a|b|c|d");
 
         View view;
@@ -327,7 +328,7 @@ private slots:
         QVERIFY(view.store(config, root.path()));
         QCOMPARE(text(root.path() + "/KVD.cfg"), text(TestEnv::dataFile("golden_view.cfg")));
 
-        KVDConfig fresh(nullptr);
+        KVDConfig fresh;
         View back;
         ModalAnswerer answers;
         QVERIFY2(back.read(fresh, root.path()), qPrintable(answers.seen().join(';')));
@@ -376,7 +377,7 @@ private slots:
         QTemporaryDir root;
         QVERIFY(MeasureFixture::write(root.path(), "cov", "alice", 1,
                                       MeasureFixture::series(D0, {5, 6}, 1)));
-        KVDConfig config(nullptr);
+        KVDConfig config(KVDWindowShell::questions());
         View view;
         view.start = QDateTime::fromSecsSinceEpoch(D0);
         view.end = view.start.addDays(10);
@@ -398,7 +399,7 @@ private slots:
     void emptyView()
     {
         QTemporaryDir root;
-        KVDConfig config(nullptr);
+        KVDConfig config(KVDWindowShell::questions());
         View view;
         view.start = QDateTime(QDate(2024, 1, 1), QTime(0, 0));
         view.end = view.start.addDays(30);
@@ -440,7 +441,7 @@ private slots:
         qputenv("TZ", zone);
         tzset();
         QTemporaryDir root;
-        KVDConfig config(nullptr);
+        KVDConfig config(KVDWindowShell::questions());
         View view;
         view.start = QDateTime(day, QTime(10, 0));
         view.end = view.start.addDays(3);
@@ -500,7 +501,7 @@ private slots:
                                       MeasureFixture::series(D0, {1, 2}, 1)));
         if (!fixture.isEmpty())
             QVERIFY(QFile::copy(TestEnv::dataFile(fixture), root.path() + "/KVD.cfg"));
-        KVDConfig config(nullptr);
+        KVDConfig config(KVDWindowShell::questions());
         ModalAnswerer answers;
         answers.push(ModalAnswerer::click("OK"));
         View view;
@@ -523,7 +524,7 @@ private slots:
     {
         QTemporaryDir root;
         QVERIFY(QFile::copy(TestEnv::dataFile("config_no_lastview.cfg"), root.path() + "/KVD.cfg"));
-        KVDConfig config(nullptr);
+        KVDConfig config(KVDWindowShell::questions());
         preset(config, "cov4=Coverage|Statements");
         View view;
         QVERIFY(view.read(config, root.path()));
@@ -533,7 +534,7 @@ private slots:
 
     void storeCustom()
     {
-        KVDConfig config(nullptr);
+        KVDConfig config(KVDWindowShell::questions());
         preset(config, "cov4=Coverage|Statements|Branches");
         config.StoreCustom("cov4");
         QCOMPARE(

@@ -2,6 +2,7 @@
 #include "kvdeventlist.h"
 #include "kvdeventset.h"
 #include "modalanswerer.h"
+#include "recordingshell.h"
 #include "testenv.h"
 
 #include <QLineEdit>
@@ -89,41 +90,28 @@ private slots:
         QCOMPARE(dialog.eventDate(), QDate(2024, 5, 1));
     }
 
-    void create_data()
+    void add_data()
     {
         QTest::addColumn<QList<QDate>>("existing");
-        QTest::addColumn<QString>("button");
         QTest::addColumn<bool>("added");
-        QTest::addColumn<QString>("warning");
         const QDate day(2024, 5, 1);
-        QTest::newRow("added") << QList<QDate>{} << "OK" << true << "";
-        QTest::newRow("cancelled") << QList<QDate>{} << "Cancel" << false << "";
-        QTest::newRow("same day refused")
-            << QList<QDate>{day} << "OK" << false
-            << "warning|Kavendi|An Event already exists for this date\n";
-        QTest::newRow("same text another day")
-            << QList<QDate>{day.addDays(1)} << "OK" << true << "";
+        QTest::newRow("added") << QList<QDate>{} << true;
+        QTest::newRow("same day refused") << QList<QDate>{day} << false;
+        QTest::newRow("same text another day") << QList<QDate>{day.addDays(1)} << true;
     }
 
-    void create()
+    void add()
     {
         QFETCH(QList<QDate>, existing);
-        QFETCH(QString, button);
         QFETCH(bool, added);
-        QFETCH(QString, warning);
+        RecordingShell shell;
+        shell.use();
         KVDEventList list;
         fill(list, existing, "Release");
-        ModalAnswerer answers;
-        answers.push(ModalAnswerer::type("eventLabel", "Release", ModalAnswerer::click(button)));
-        if (!warning.isEmpty())
-            answers.push(ModalAnswerer::click("OK"));
-
-        QCOMPARE(list.CreateEvents(nullptr, noon(QDate(2024, 5, 1))), added);
+        QCOMPARE(list.add(QDate(2024, 5, 1), "Release"), added);
         QCOMPARE(list.items().size(), existing.size() + (added ? 1 : 0));
-        QCOMPARE(answers.unexpected(), 0);
-        QCOMPARE(answers.seen().size(), warning.isEmpty() ? 1 : 2);
-        if (!warning.isEmpty())
-            QCOMPARE(answers.seen().last(), warning);
+        const QStringList refused{"warning|An Event already exists for this date\n"};
+        QCOMPARE(shell.messages, added ? QStringList() : refused);
         if (added) {
             const KVDEvent* event = list.items().last();
             QCOMPARE(event->date, QDate(2024, 5, 1));

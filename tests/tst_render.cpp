@@ -1,4 +1,5 @@
 #include "fakestudio.h"
+#include "recordingshell.h"
 #include "kvdcsvexport.h"
 #include "kvdview.h"
 #include "qakvd.h"
@@ -18,6 +19,7 @@ class TstRender : public QObject
 
 private:
     FakeStudio m_host;
+    RecordingShell m_shell{&m_host};
     SampleRepository m_plain; // no saved view
     SampleRepository m_saved; // a saved view of two curves
     QTemporaryDir m_out;
@@ -40,15 +42,15 @@ private slots:
     void initTestCase()
     {
         TestEnv::pin();
-        QAKVD::setHeadless(true);
         m_host.dataDirectory = TestEnv::built(QStringLiteral("share/kavendi"));
         m_host.install();
+        m_shell.use();
         KVDSampleWriter::Options options;
         options.end = QDate(2024, 6, 30);
         QVERIFY2(m_plain.fill(options) && m_saved.fill(options), qPrintable(m_plain.error()));
         // Two choices from the viewer's menus, saved as the viewer saves them.
         KVDView view;
-        QVERIFY(view.load(m_saved.root(), QString(), nullptr, false));
+        QVERIFY(view.load(m_saved.root(), QString(), false));
         view.selectField(QStringLiteral("Coverage"));
         QVERIFY(view.selectMeasure(2, QStringLiteral("bob")));
         view.selectField(QStringLiteral("Test runs"));

@@ -1,5 +1,6 @@
 #include "chartfixture.h"
 #include "fakestudio.h"
+#include "recordingshell.h"
 #include "kvdconfig.h"
 #include "kvdevent.h"
 #include "kvdtooltip.h"
@@ -24,6 +25,7 @@ private:
     static constexpr qint64 Day = 86400;
     static constexpr qint64 Hour = 3600;
     FakeStudio m_host;
+    RecordingShell m_shell{&m_host};
     SampleRepository m_repository;
     QTemporaryDir m_fixtures;
     std::unique_ptr<QAKVD> m_viewer;
@@ -54,9 +56,9 @@ private slots:
     void initTestCase()
     {
         TestEnv::pin();
-        QAKVD::setHeadless(true); // a stray message must not block the run
         m_host.dataDirectory = TestEnv::built(QStringLiteral("share/kavendi"));
         m_host.install();
+        m_shell.use(); // a stray message must not block the run
         QVERIFY2(m_repository.fill({}), qPrintable(m_repository.error()));
         qputenv("ZANTH_KVD_ROOT", QFile::encodeName(m_repository.root()));
     }

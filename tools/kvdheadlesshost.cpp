@@ -4,6 +4,8 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <cstdio>
+
 KVDHeadlessHost::KVDHeadlessHost(const QString& builtin)
 {
     if (builtin.isEmpty()) {
@@ -35,6 +37,12 @@ bool KVDHeadlessHost::queryInterface(const QUuid& iid, QUnknownInterface** iface
         return false;
     *iface = (iid == IID_QUnknown || iid == IID_StudioInterface) ? this : nullptr;
     return *iface != nullptr;
+}
+
+void KVDHeadlessHost::warning(const QString& text)
+{
+    const QString line = text.endsWith(QLatin1Char('\n')) ? text : text + QLatin1Char('\n');
+    std::fputs(line.toLocal8Bit().constData(), stderr);
 }
 
 bool KVDHeadlessHost::queryObject(const QString&, const QUuid&, QUnknownInterface** object)

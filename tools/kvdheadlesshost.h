@@ -1,6 +1,7 @@
 #ifndef KVDHEADLESSHOST_H
 #define KVDHEADLESSHOST_H
 
+#include "kvdshell.h"
 #include "studiointerface.h"
 
 #include <QString>
@@ -8,9 +9,10 @@
 
 #include <memory>
 
-// The host services for kvd: no window, no menus, no progress display; the host data
-// directory holds the built-in definitions the command reads.
-class KVDHeadlessHost : public StudioInterface
+// The host services and the shell for kvd: no window, no menus, no progress display; the
+// host data directory holds the built-in definitions the command reads. What the viewer
+// would show in a message box goes to standard error, and no question is ever asked.
+class KVDHeadlessHost : public StudioInterface, public KVDShell
 {
 public:
     // builtin: a definitions file to use instead of the installed one (any name), or empty.
@@ -29,6 +31,11 @@ public:
     void progressStep(int) override {}
     void progressEnd() override {}
     QString directory() const override { return m_directory; }
+
+    StudioInterface* studio() const override { return const_cast<KVDHeadlessHost*>(this); }
+    void warning(const QString& text) override;
+    void critical(const QString& text) override { warning(text); }
+    QString currentUser() const override { return QString(); }
 
 private:
     QString m_directory;

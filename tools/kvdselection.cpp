@@ -3,7 +3,6 @@
 #include "kvdcurve.h"
 #include "kvdheadlesshost.h"
 #include "kvdview.h"
-#include "qakvd.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -32,9 +31,9 @@ KVDSelection::KVDSelection()
 
 KVDSelection::~KVDSelection()
 {
-    // The viewer keeps the host it was given; it must not outlive it.
-    if (m_host && QAKVD::iface() == m_host.get())
-        QAKVD::initialize(nullptr, nullptr);
+    // The viewer's code keeps the shell it was given; it must not outlive it.
+    if (m_host && KVDShell::current() == m_host.get())
+        KVDShell::install(nullptr);
 }
 
 const char* KVDSelection::optionsHelp()
@@ -128,12 +127,11 @@ bool KVDSelection::apply(KVDView* view, QString* error)
     m_host = std::make_unique<KVDHeadlessHost>(m_builtinPath);
     if (!m_host->isValid(error))
         return false;
-    QAKVD::setHeadless(true);
-    QAKVD::initialize(nullptr, m_host.get());
+    KVDShell::install(m_host.get());
 
     // Never stored: the repository is only read.
     const QString saved = m_savedView ? m_rootPath + QLatin1String("/KVD.cfg") : QString();
-    if (!view->load(m_rootPath, saved, nullptr, false)) {
+    if (!view->load(m_rootPath, saved, false)) {
         *error = QStringLiteral("%1 cannot be shown").arg(m_rootPath);
         return false;
     }

@@ -3,7 +3,7 @@
 #include "kvdcurve.h"
 #include "kvdevent.h"
 #include "kvdschedule.h"
-#include "qakvd.h"
+#include "kvdshell.h"
 
 #include <QCoreApplication>
 #include <QPainter>
@@ -209,7 +209,7 @@ void KVDChart::finish(QList<KVDCurve*>& removed)
     // Reported once the picture is complete, so that nothing the message box lets run
     // meets a half-updated curve list.
     for (int i = 0; i < removed.size(); ++i)
-        QAKVD::warningBox(tooFarMessage());
+        KVDShell::warningBox(tooFarMessage());
     qDeleteAll(removed);
     removed.clear();
 }

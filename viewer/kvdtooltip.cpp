@@ -1,7 +1,7 @@
 #include "kvdtooltip.h"
 #include "kvdconfig.h"
 #include "kvdcurve.h"
-#include "qakvd.h"
+#include "kvdshell.h"
 #include "studiointerface.h"
 
 #include <QHelpEvent>
@@ -134,14 +134,16 @@ KVDToolTip::Tip KVDToolTip::tipAt(const QPoint& p) const
             if (value == 0 || !between)
                 continue;
 
-            const KVDDefinition definition = m_config ? m_config->definitions.value(curve->name) : KVDDefinition();
+            const KVDDefinition definition =
+                m_config ? m_config->definitions.value(curve->name) : KVDDefinition();
             const QString label = definition.value(0);
             tip.found = true;
             tip.date = curve->firstDate.addSecs(seconds);
             tip.value = value;
             tip.text = label + QLatin1Char(' ') + curve->user;
             tip.status = tip.date.toString() + QLatin1Char(' ') + label + QLatin1Char(' ') +
-                         definition.value(curve->field) + QLatin1String(" = ") + QString::number(value, 'g', 6);
+                         definition.value(curve->field) + QLatin1String(" = ") +
+                         QString::number(value, 'g', 6);
             return tip;
         }
     }
@@ -159,7 +161,7 @@ void KVDToolTip::maybeTip(const QPoint& p)
         return;
     }
     QToolTip::showText(m_paper->mapToGlobal(p), tip.text, m_paper, QRect(p, QSize(1, 1)));
-    if (StudioInterface* host = QAKVD::iface())
+    if (StudioInterface* host = KVDShell::host())
         if (QMainWindow* main = host->mainWindow())
             main->statusBar()->showMessage(tip.status, 20000);
 }

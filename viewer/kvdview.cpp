@@ -2,7 +2,9 @@
 #include "kvdchart.h"
 #include "kvdconfig.h"
 #include "kvdcurve.h"
+#include "kvdshell.h"
 
+#include <QDir>
 #include <QFile>
 
 namespace {
@@ -30,21 +32,31 @@ KVDView::~KVDView()
     qDeleteAll(curves);
 }
 
-bool KVDView::load(const QString& repository, const QString& configFile, QAKVD* owner, bool store, bool check)
+bool KVDView::load(const QString& repository, const QString& configFile, bool store, bool check)
 {
     root = repository;
     delete config;
-    config = new KVDConfig(owner);
+    config = new KVDConfig(questions, perUserView);
     bool ok = config->ReadConfigBuiltIn() || !check;
     const bool saved = QFile::exists(configFile);
     if (ok && saved)
-        ok = config->ReadConfig(root, &curves, &start, &end, &zoom, &firstScale, &secondScale, &events.items()) || !check;
+        ok = config->ReadConfig(root, &curves, &start, &end, &zoom, &firstScale, &secondScale,
+                                &events.items()) ||
+             !check;
     ok = ok && (config->ScanRepository(root, true) || !check);
     if (ok && store)
         storeView();
     if (ok && saved)
         lastColor = config->color;
     return ok;
+}
+
+QString KVDView::configPath() const
+{
+    if (!perUserView)
+        return root + QDir::separator() + QLatin1String("KVD.cfg");
+    return root + QDir::separator() + QLatin1String("KVD") + KVDShell::user() +
+           QLatin1String(".cfg");
 }
 
 KVDChart KVDView::chart()
@@ -65,7 +77,8 @@ KVDChart KVDView::chart()
 void KVDView::storeView()
 {
     if (config)
-        config->StoreConfig(root, &curves, start, end, zoom, firstScale, secondScale, &events.items());
+        config->StoreConfig(root, &curves, start, end, zoom, firstScale, secondScale,
+                            &events.items());
 }
 
 void KVDView::clean()
@@ -116,22 +129,26 @@ KVDCurve* KVDView::selectMeasure(int id, const QString& user)
     // again for another.
     bool duplicate = false;
     for (const KVDCurve* curve : std::as_const(curves))
-        if (curve->name == selectedMeasure && curve->valueCount == fieldCount && curve->field == selectedField &&
-            !curve->user.isNull())
+        if (curve->name == selectedMeasure && curve->valueCount == fieldCount &&
+            curve->field == selectedField && !curve->user.isNull())
             duplicate = true;
 
     KVDCurve* curve = nullptr;
     if (!duplicate) {
-        if (selectedMeasure.size() > EditedMetric.size() && selectedMeasure.startsWith(EditedMetric)) {
+        if (selectedMeasure.size() > EditedMetric.size() &&
+            selectedMeasure.startsWith(EditedMetric)) {
             // A ratio of two fields of one file: the stripped key's label names the file.
             selectedMeasure = selectedMeasure.mid(EditedMetric.size());
-            const QString fileKey = config ? config->definitions.value(selectedMeasure).value(0) : QString();
+            const QString fileKey =
+                config ? config->definitions.value(selectedMeasure).value(0) : QString();
             curve = new KVDCurve(root, fileKey, selectedField, 2 * fieldCount, user, start, end);
-            const KVDCurve denominator(root, fileKey, selectedField + fieldCount, 2 * fieldCount, user, start, end);
+            const KVDCurve denominator(root, fileKey, selectedField + fieldCount, 2 * fieldCount,
+                                       user, start, end);
             curve->DIV(denominator);
             curve->fixedScale = true;
         } else {
-            curve = new KVDCurve(root, selectedMeasure, selectedField, fieldCount, user, start, end);
+            curve =
+                new KVDCurve(root, selectedMeasure, selectedField, fieldCount, user, start, end);
         }
         curve->hasColor = true;
         curve->color = nextColor(lastColor);

@@ -7,13 +7,12 @@
 #include <QList>
 #include <QString>
 
+#include "kvdconfig.h"
 #include "kvdeventlist.h"
 
 class KVDChart;
-class KVDConfig;
 class KVDCurve;
 class KVDEvent;
-class QAKVD;
 
 // What a chart shows, apart from any window: the repository, its configuration, the
 // curves and events (owned, deleted with the view), the shown dates and zoom, and the
@@ -28,11 +27,13 @@ public:
     KVDView(const KVDView&) = delete;
     KVDView& operator=(const KVDView&) = delete;
 
-    // Loads the repository `root` as start-up does, with a new configuration for `owner`
-    // (may be null): the built-in definitions, the saved view when `configFile` exists,
-    // the scan; when `store` is set the view is written back. False after the failing
-    // step has shown its message; with check false every step runs whatever it answers.
-    bool load(const QString& root, const QString& configFile, QAKVD* owner, bool store, bool check = true);
+    // Loads the repository `root` as start-up does, with a new configuration asking
+    // `questions`: the built-in definitions, the saved view when `configFile` exists, the
+    // scan; when `store` is set the view is written back. False after the failing step
+    // has shown its message; with check false every step runs whatever it answers.
+    bool load(const QString& root, const QString& configFile, bool store, bool check = true);
+    // The view file: root/KVD.cfg, or root/KVD<current user>.cfg for a per-user view.
+    QString configPath() const;
     // The chart pass's inputs: this view's dates, curves, events, scale curves and names.
     // After a paint, take the scale curves back: a paint may drop a curve.
     KVDChart chart();
@@ -65,7 +66,9 @@ public:
     // Moves the view by whole seconds, as dragging does.
     void drag(qint64 seconds);
 
-    KVDConfig* config = nullptr; // owned
+    KVDConfig* config = nullptr;    // owned
+    KVDConfig::Questions questions; // for every configuration load() makes
+    bool perUserView = false;       // never set: every viewer shows the shared view
     QString root;
     QList<KVDCurve*> curves;
     KVDEventList events; // with the events-hidden flag

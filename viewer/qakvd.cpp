@@ -12,6 +12,7 @@
 #include "kvdstore.h"
 #include "kvdeventset.h"
 #include "kvdicons.h"
+#include "kvdwindowshell.h"
 #include "kvdtooltip.h"
 #include "qalistview.h"
 #include "studiointerface.h"
@@ -43,7 +44,6 @@ StudioInterface* QAKVD::_iface = nullptr;
 bool QAKVD::Started = false;
 QPointer<QToolBar> QAKVD::ToolBar;
 QString QAKVD::CurrentUser;
-bool QAKVD::Headless = false;
 
 namespace {
 
@@ -60,9 +60,11 @@ struct ToolButtonInfo
 
 const ToolButtonInfo ToolButtons[] = {
     {"kvd_clear_xpm", &kvd_clear_xpm_data, QT_TRANSLATE_NOOP("QAKVD", "Clear"),
-     QT_TRANSLATE_NOOP("QAKVD", "<b> Clear </b><br>Clears all graphics from the viewer window"), false},
+     QT_TRANSLATE_NOOP("QAKVD", "<b> Clear </b><br>Clears all graphics from the viewer window"),
+     false},
     {"kvd_hide_xpm", &kvd_hide_xpm_data, QT_TRANSLATE_NOOP("QAKVD", "Hide Events"),
-     QT_TRANSLATE_NOOP("QAKVD", "<b> Hide Events </b><br>Hides all events markers in the viewer window"),
+     QT_TRANSLATE_NOOP("QAKVD",
+                       "<b> Hide Events </b><br>Hides all events markers in the viewer window"),
      false},
     {"kvd_float_xpm", &kvd_float_xpm_data, QT_TRANSLATE_NOOP("QAKVD", "Floating Schedule"),
      QT_TRANSLATE_NOOP("QAKVD", "<b> Floating Schedule </b><br>Toggles positioning of the calendar "
@@ -135,11 +137,15 @@ QAKVD::QAKVD(QWidget* parent, const char* name, int flags, bool activate)
     setWindowIcon(GETPIX("kvdmini_xpm", kvdmini_xpm_data));
     m_paper = new KVDPaper(this, name, 0);
     setCentralWidget(m_paper);
+    // A window started without the plug-in's initialize() still talks through a shell.
+    if (!KVDShell::current())
+        KVDShell::install(&KVDWindowShell::instance());
+    m_view.questions = KVDWindowShell::questions();
 
     const bool started = Start();
     if (started) {
         m_toolTip = new KVDToolTip(m_paper, &m_view.curves, m_view.config, nullptr);
-        if (m_viewMode == 0) {
+        if (m_view.perUserView) {
             CurrentUser = QStringLiteral("toto");
             if (!CreateToolMenu())
                 close();
@@ -196,39 +202,19 @@ QAKVD::~QAKVD()
 void QAKVD::initialize(QARes*, StudioInterface* iface)
 {
     _iface = iface;
+    KVDShell::install(&KVDWindowShell::instance());
     if (!ToolBar && iface && iface->mainWindow())
         CreateToolBar(iface->mainWindow());
 }
 
-void QAKVD::showBox(QMessageBox::Icon icon, const QString& text)
-{
-    if (Headless) {
-        std::fprintf(stderr, "%s", qPrintable(text.endsWith(QLatin1Char('\n')) ? text : text + QLatin1Char('\n')));
-        return;
-    }
-    QMessageBox box(icon, _iface ? _iface->title() : tr("Kavendi", "Default title for message box"), text,
-                    QMessageBox::Ok, _iface ? _iface->mainWindow() : nullptr);
-    box.exec();
-}
-
 void QAKVD::warningBox(const QString& text)
 {
-    showBox(QMessageBox::Warning, text);
+    KVDShell::warningBox(text);
 }
 
 void QAKVD::criticalBox(const QString& text)
 {
-    showBox(QMessageBox::Critical, text);
-}
-
-void QAKVD::setHeadless(bool headless)
-{
-    Headless = headless;
-}
-
-bool QAKVD::headless()
-{
-    return Headless;
+    KVDShell::criticalBox(text);
 }
 
 bool QAKVD::Launched()
@@ -239,13 +225,6 @@ bool QAKVD::Launched()
 QString QAKVD::GetCurrentUser()
 {
     return CurrentUser;
-}
-
-QString QAKVD::configPath() const
-{
-    if (m_viewMode == 1)
-        return m_view.root + QDir::separator() + QLatin1String("KVD.cfg");
-    return m_view.root + QDir::separator() + QLatin1String("KVD") + CurrentUser + QLatin1String(".cfg");
 }
 
 bool QAKVD::Start()
@@ -261,10 +240,10 @@ bool QAKVD::Start()
 
     if (project && project->isOpen())
         m_view.root = project->directory();
-    else if (m_viewMode == 0)
+    else if (m_view.perUserView)
         m_view.root = QString();
     if (!m_view.root.isNull()) {
-        KVDConfig probe(this);
+        KVDConfig probe({}, m_view.perUserView);
         if (!probe.ScanRepository(m_view.root, false))
             m_view.root = QString();
     }
@@ -287,9 +266,9 @@ bool QAKVD::Start()
         }
         m_view.root = QDir::cleanPath(value);
     }
-    if (!m_view.load(m_view.root, configPath(), this, true))
+    if (!m_view.load(m_view.root, m_view.configPath(), true))
         return false;
-    if (m_viewMode == 1) {
+    if (!m_view.perUserView) {
         CreateTree();
     } else if (!m_view.config->users.contains(CurrentUser)) {
         warningBox(tr("Nothing to display for user %1\n").arg(CurrentUser));
@@ -298,8 +277,6 @@ bool QAKVD::Start()
     m_view.datesSet = !m_view.curves.isEmpty();
     return true;
 }
-
-
 
 void QAKVD::activated()
 {
@@ -457,7 +434,8 @@ bool QAKVD::CreateToolMenu()
     const auto userIt = m_view.config->users.constFind(CurrentUser);
     QString previousTitle;
     int measures = 0;
-    for (auto it = m_view.config->definitions.cbegin(); it != m_view.config->definitions.cend(); ++it) {
+    for (auto it = m_view.config->definitions.cbegin(); it != m_view.config->definitions.cend();
+         ++it) {
         if (userIt == m_view.config->users.constEnd()) {
             warningBox(tr("Nothing to display for user %1\n").arg(CurrentUser));
             delete monitoring;
@@ -466,7 +444,8 @@ bool QAKVD::CreateToolMenu()
         const QStringList* userMeasures = &userIt.value();
         const QString& key = it.key();
         bool visible = userMeasures->contains(key);
-        if (key.left(EditedMetric.size()) == EditedMetric && userMeasures->contains(key.mid(EditedMetric.size())))
+        if (key.left(EditedMetric.size()) == EditedMetric &&
+            userMeasures->contains(key.mid(EditedMetric.size())))
             visible = true;
         if (!visible)
             continue;
@@ -501,7 +480,8 @@ bool QAKVD::CreateToolMenu()
 
     QAction* custom = m_menu->addAction(tr("Custom Curves", "Menu Item"));
     custom->setData(newMenuId());
-    connect(custom, &QAction::triggered, this, [this, custom] { CustomCurveMenu(custom->data().toInt()); });
+    connect(custom, &QAction::triggered, this,
+            [this, custom] { CustomCurveMenu(custom->data().toInt()); });
 
     auto* scale = new QMenu(tr("Scale", "Menu Item"), m_menu);
     auto addScale = [this, scale](const QString& text, void (QAKVD::*slot)(int)) {
@@ -524,7 +504,8 @@ bool QAKVD::CreateToolMenu()
 
     QAction* events = m_menu->addAction(tr("Events", "Menu Item"));
     events->setData(newMenuId());
-    connect(events, &QAction::triggered, this, [this, events] { CallCreateEvent(events->data().toInt()); });
+    connect(events, &QAction::triggered, this,
+            [this, events] { CallCreateEvent(events->data().toInt()); });
 
     auto* deletion = new QMenu(tr("Delete Record", "Menu Item"), m_menu);
     QAction* customDelete = deletion->addAction(tr("Custom Delete", "Menu Item"));
@@ -549,7 +530,10 @@ bool QAKVD::CreateToolMenu()
     QAction* checked = month;
     if (m_view.start.isValid() && m_view.end.isValid()) {
         const qint64 span = m_view.start.secsTo(m_view.end);
-        checked = span == 31536000 ? year : span == 2592000 ? month : span == 100800 ? hour : customize;
+        checked = span == 31536000  ? year
+                  : span == 2592000 ? month
+                  : span == 100800  ? hour
+                                    : customize;
     }
     for (QAction* item : {year, month, hour, customize})
         item->setChecked(item == checked);
@@ -565,24 +549,78 @@ QWidget* QAKVD::contentOutlineWidget() const
     return m_userTree;
 }
 
-bool QAKVD::isSaveEnabled() { return false; }
-bool QAKVD::isSaveAsEnabled() { return false; }
-bool QAKVD::isPrintEnabled() { return true; }
-bool QAKVD::isCopyEnabled() { return true; }
-bool QAKVD::isPasteEnabled() { return false; }
-bool QAKVD::isCutEnabled() { return false; }
-bool QAKVD::isUndoEnabled() { return false; }
-bool QAKVD::isRedoEnabled() { return false; }
-bool QAKVD::isDelEnabled() { return false; }
-bool QAKVD::isSelectAllEnabled() { return false; }
-bool QAKVD::isFindEnabled() { return true; }
-bool QAKVD::isReplaceEnabled() { return false; }
-bool QAKVD::isGoToEnabled() { return false; }
-bool QAKVD::isReloadEnabled() { return true; }
-bool QAKVD::isResetEnabled() { return true; }
-bool QAKVD::isExportDocEnabled() { return true; }
-bool QAKVD::isZoomEnabled() { return true; }
-bool QAKVD::isFilterEnabled() { return false; }
+bool QAKVD::isSaveEnabled()
+{
+    return false;
+}
+bool QAKVD::isSaveAsEnabled()
+{
+    return false;
+}
+bool QAKVD::isPrintEnabled()
+{
+    return true;
+}
+bool QAKVD::isCopyEnabled()
+{
+    return true;
+}
+bool QAKVD::isPasteEnabled()
+{
+    return false;
+}
+bool QAKVD::isCutEnabled()
+{
+    return false;
+}
+bool QAKVD::isUndoEnabled()
+{
+    return false;
+}
+bool QAKVD::isRedoEnabled()
+{
+    return false;
+}
+bool QAKVD::isDelEnabled()
+{
+    return false;
+}
+bool QAKVD::isSelectAllEnabled()
+{
+    return false;
+}
+bool QAKVD::isFindEnabled()
+{
+    return true;
+}
+bool QAKVD::isReplaceEnabled()
+{
+    return false;
+}
+bool QAKVD::isGoToEnabled()
+{
+    return false;
+}
+bool QAKVD::isReloadEnabled()
+{
+    return true;
+}
+bool QAKVD::isResetEnabled()
+{
+    return true;
+}
+bool QAKVD::isExportDocEnabled()
+{
+    return true;
+}
+bool QAKVD::isZoomEnabled()
+{
+    return true;
+}
+bool QAKVD::isFilterEnabled()
+{
+    return false;
+}
 
 void QAKVD::setFiles(QStringList*, QStringList*, ViewerMode) {}
 void QAKVD::scrollToTag(QString, int, int) {}
@@ -621,7 +659,8 @@ void QAKVD::ImportFile(int)
 {
     if (m_view.curves.isEmpty())
         return;
-    const QString path = QFileDialog::getSaveFileName(this, QString(), QString(), QStringLiteral("*.csv"));
+    const QString path =
+        QFileDialog::getSaveFileName(this, QString(), QString(), QStringLiteral("*.csv"));
     if (path.isNull())
         return;
     // A file that cannot be created ends the export quietly.
@@ -692,15 +731,17 @@ bool QAKVD::InList(unsigned int time, QTreeWidget* list)
 
 bool QAKVD::CreateEvents(unsigned int time)
 {
-    return m_view.events.CreateEvents(this, time);
+    KVDEventSet dialog(this, nullptr, 0, time);
+    if (dialog.exec() == QDialog::Rejected)
+        return false;
+    return m_view.events.add(dialog.eventDate(), dialog.label());
 }
 
 void QAKVD::CallCreateEvent(int id)
 {
-    m_view.events.CallCreateEvent(this, id);
+    if (id != 0)
+        CreateEvents(0);
 }
-
-
 
 bool QAKVD::IsNearTag(const QDate& day) const
 {
@@ -715,8 +756,6 @@ void QAKVD::EventHide()
 
 // ---------------------------------------------------------------------------------------
 // Zoom and scales
-
-
 
 void QAKVD::zoomIn()
 {
@@ -805,8 +844,8 @@ void QAKVD::press(QMouseEvent* event)
 
     const double plotWidth = m_paperWidth - 305;
     const qint64 fromEpoch = QDateTime(QDate(1970, 1, 1), QTime(0, 0)).secsTo(m_view.start);
-    const qint64 pointerTime =
-        qint64(double(fromEpoch) + double(m_view.start.secsTo(m_view.end)) / plotWidth * (pos.x() - 55));
+    const qint64 pointerTime = qint64(double(fromEpoch) + double(m_view.start.secsTo(m_view.end)) /
+                                                              plotWidth * (pos.x() - 55));
     const QDateTime pointer = QDateTime::fromSecsSinceEpoch(pointerTime);
     const QPoint globalPos = event->globalPosition().toPoint();
 
@@ -838,7 +877,8 @@ bool QAKVD::curveHit(const KVDCurve* curve, const QPoint& pos) const
     auto deviceX = [&](const QPoint& p) { return p.x() * sx + 55; };
     auto deviceY = [&](const QPoint& p) {
         const double v = -double(p.y());
-        return fromZero ? curve->paperHeight - 100 - v * band / top : 50 + (top - v) * band / (top - bottom);
+        return fromZero ? curve->paperHeight - 100 - v * band / top
+                        : 50 + (top - v) * band / (top - bottom);
     };
     const double px = pos.x();
     const double py = pos.y();
@@ -862,7 +902,8 @@ bool QAKVD::curveHit(const KVDCurve* curve, const QPoint& pos) const
             return false;
         const double numerator = (px - x0) * (y1 - y0) - (py - y0) * (x1 - x0);
         const double denominator = (x1 - x0) * (x1 - x0) + (y1 - y0) * (y1 - y0);
-        const double d = denominator != 0 ? numerator * numerator / denominator : numerator * numerator;
+        const double d =
+            denominator != 0 ? numerator * numerator / denominator : numerator * numerator;
         if (i >= 2) {
             const double x2 = deviceX(points[i - 2]);
             const double y2 = deviceY(points[i - 2]);
@@ -904,7 +945,8 @@ bool QAKVD::runCurvePopup(int& index, const QPoint& globalPos, const QDateTime& 
     QAction* chosen = popup.exec(globalPos);
     if (!chosen)
         return false;
-    const QString caption = _iface ? _iface->title() : tr("Kavendi", "Default title for message box");
+    const QString caption =
+        _iface ? _iface->title() : tr("Kavendi", "Default title for message box");
     if (chosen == color) {
         const QColor picked = QColorDialog::getColor(curve->color, this);
         if (picked.isValid())
@@ -947,8 +989,9 @@ bool QAKVD::runCurvePopup(int& index, const QPoint& globalPos, const QDateTime& 
     if (chosen == max) {
         bool ok = false;
         const int bottom = int(curve->minValue);
-        const int value = QInputDialog::getInt(this, caption, QStringLiteral("Enter the maximum value"), bottom,
-                                               bottom, 1000000000, 1, &ok);
+        const int value =
+            QInputDialog::getInt(this, caption, QStringLiteral("Enter the maximum value"), bottom,
+                                 bottom, 1000000000, 1, &ok);
         if (ok) {
             curve->displayMax = value;
             curve->fixedScale = true;
@@ -957,10 +1000,12 @@ bool QAKVD::runCurvePopup(int& index, const QPoint& globalPos, const QDateTime& 
     }
     if (chosen == label && m_view.config) {
         auto definition = m_view.config->definitions.find(curve->name);
-        const QString current = definition != m_view.config->definitions.end() ? definition->value(curve->field) : QString();
+        const QString current = definition != m_view.config->definitions.end()
+                                    ? definition->value(curve->field)
+                                    : QString();
         bool ok = false;
-        const QString text =
-            QInputDialog::getText(this, caption, tr("Enter new label"), QLineEdit::Normal, current, &ok);
+        const QString text = QInputDialog::getText(this, caption, tr("Enter new label"),
+                                                   QLineEdit::Normal, current, &ok);
         if (ok && definition != m_view.config->definitions.end())
             definition->insert(curve->field, text);
         return false;
@@ -1025,7 +1070,8 @@ void QAKVD::runChartPopup(const QPoint& globalPos, const QDateTime& pointer)
 void QAKVD::mouseMoveEvent(QMouseEvent* event)
 {
     const QPoint pos = event->position().toPoint();
-    if (pos.x() < 55 || pos.x() > m_paperWidth - 250 || pos.y() < 50 || pos.y() > m_paperHeight - 100)
+    if (pos.x() < 55 || pos.x() > m_paperWidth - 250 || pos.y() < 50 ||
+        pos.y() > m_paperHeight - 100)
         return;
     if (m_dragging) {
         const double perPixel = double(m_view.start.secsTo(m_view.end)) / (m_paperWidth - 305);
@@ -1065,7 +1111,8 @@ namespace {
 class RootForStore
 {
 public:
-    explicit RootForStore(const QString& root) : m_previous(qgetenv("ZANTH_KVD_ROOT")), m_had(qEnvironmentVariableIsSet("ZANTH_KVD_ROOT"))
+    explicit RootForStore(const QString& root)
+        : m_previous(qgetenv("ZANTH_KVD_ROOT")), m_had(qEnvironmentVariableIsSet("ZANTH_KVD_ROOT"))
     {
         qputenv("ZANTH_KVD_ROOT", QFile::encodeName(root));
     }
@@ -1126,12 +1173,13 @@ void QAKVD::RangeDeletion(int id)
         if (!moveAside(data, temporary)) {
             warningBox(tr("Kavendi Request has failed\n"));
         } else {
-            rewrite(temporary, measure, user, fields, tr("Stop Loading"), tr("Kavendi Request has failed\n"),
-                    [&](const quint32* record) {
-                const QDateTime date = QDateTime::fromSecsSinceEpoch(KVDMeasureFile::date(record));
-                return QDateTime(dialog.startDate, QTime(0, 0)) <= date &&
-                       date <= QDateTime(dialog.endDate, QTime(0, 0));
-            });
+            rewrite(temporary, measure, user, fields, tr("Stop Loading"),
+                    tr("Kavendi Request has failed\n"), [&](const quint32* record) {
+                        const QDateTime date =
+                            QDateTime::fromSecsSinceEpoch(KVDMeasureFile::date(record));
+                        return QDateTime(dialog.startDate, QTime(0, 0)) <= date &&
+                               date <= QDateTime(dialog.endDate, QTime(0, 0));
+                    });
         }
     }
     rebuildView();
@@ -1153,7 +1201,8 @@ void QAKVD::CustomDeletion(int id)
         return;
     }
     QTreeWidget* list = dialog.recordList();
-    auto* first = list->topLevelItemCount() ? dynamic_cast<KVDCheckList*>(list->topLevelItem(0)) : nullptr;
+    auto* first =
+        list->topLevelItemCount() ? dynamic_cast<KVDCheckList*>(list->topLevelItem(0)) : nullptr;
     if (first) {
         // The row names the file it came from, custom or not.
         const QString measure = first->text(0);
@@ -1169,16 +1218,17 @@ void QAKVD::CustomDeletion(int id)
         } else {
             setCursor(Qt::WaitCursor);
             // Deliberately with the accelerator mark, unlike range deletion.
-            rewrite(temporary, measure, user, fields, tr("&Stop Loading"), failure,
-                    [&](const quint32* record) { return InList(KVDMeasureFile::date(record), list); });
+            rewrite(
+                temporary, measure, user, fields, tr("&Stop Loading"), failure,
+                [&](const quint32* record) { return InList(KVDMeasureFile::date(record), list); });
         }
     }
     rebuildView();
     setCursor(Qt::ArrowCursor);
 }
 
-void QAKVD::rewrite(const QString& temporary, const QString& measure, const QString& user, int fields,
-                    const QString& cancelText, const QString& failure,
+void QAKVD::rewrite(const QString& temporary, const QString& measure, const QString& user,
+                    int fields, const QString& cancelText, const QString& failure,
                     const std::function<bool(const quint32*)>& deleted)
 {
     KVDMeasureFile file;
@@ -1188,7 +1238,8 @@ void QAKVD::rewrite(const QString& temporary, const QString& measure, const QStr
         return;
     }
     if (_iface)
-        _iface->progressStart(int(file.recordCount()), tr("KVD Processing..."), cancelText, this, 1);
+        _iface->progressStart(int(file.recordCount()), tr("KVD Processing..."), cancelText, this,
+                              1);
     const RootForStore root(m_view.root);
     const QByteArray measureName = measure.toLocal8Bit();
     const QByteArray userName = user.toLocal8Bit();
@@ -1201,8 +1252,9 @@ void QAKVD::rewrite(const QString& temporary, const QString& measure, const QStr
                 values[size_t(k)] = KVDMeasureFile::value(record, k);
             // On this build the store appends only the first record of a new pair and
             // reports the others on standard error; the loop goes on regardless.
-            Write_Measure(measureName.constData(), userName.constData(), KVDMeasureFile::key(record),
-                          KVDMeasureFile::date(record), fields, values.data());
+            Write_Measure(measureName.constData(), userName.constData(),
+                          KVDMeasureFile::key(record), KVDMeasureFile::date(record), fields,
+                          values.data());
         }
         if (_iface)
             _iface->progressStep(++done);
@@ -1213,7 +1265,7 @@ void QAKVD::rewrite(const QString& temporary, const QString& measure, const QStr
 
 void QAKVD::rebuildView()
 {
-    if (QFile::exists(configPath()))
+    if (QFile::exists(m_view.configPath()))
         storeView();
     clean();
     m_view.events.clear();
@@ -1232,7 +1284,7 @@ void QAKVD::storeView()
 // checked here, their messages have been shown.
 void QAKVD::reloadConfiguration()
 {
-    m_view.load(m_view.root, configPath(), this, true, false);
+    m_view.load(m_view.root, m_view.configPath(), true, false);
     if (m_toolTip)
         m_toolTip->setConfig(m_view.config);
 }
@@ -1245,8 +1297,9 @@ void QAKVD::CreateCustomFile(QTreeWidget* list, const QString& user)
         return;
     const QString measure = last->text(0);
     const int fields = last->fieldCount;
-    const QString target = m_view.root + QLatin1String("/Custom") + measure + QLatin1Char('.') + user +
-                           QLatin1Char('.') + QString::number(fields) + QLatin1String(".kvd");
+    const QString target = m_view.root + QLatin1String("/Custom") + measure + QLatin1Char('.') +
+                           user + QLatin1Char('.') + QString::number(fields) +
+                           QLatin1String(".kvd");
     QString error;
     if (!KVDMeasureFile::checkFieldCount(fields, &error)) {
         warningBox(error);
@@ -1267,7 +1320,8 @@ void QAKVD::CreateCustomFile(QTreeWidget* list, const QString& user)
         std::FILE* in = std::fopen(QFile::encodeName(source).constData(), "r+b");
         if (!in)
             continue;
-        if (fseeko(in, row->position, SEEK_SET) == 0 && Endian_Read(record.data(), words, in) == words)
+        if (fseeko(in, row->position, SEEK_SET) == 0 &&
+            Endian_Read(record.data(), words, in) == words)
             Endian_Write(record.data(), words, custom);
         std::fclose(in);
     }
@@ -1285,10 +1339,10 @@ void QAKVD::CustomCurveMenu(int id)
         repaintChart();
         return;
     }
-    if (QFile::exists(configPath()))
+    if (QFile::exists(m_view.configPath()))
         storeView();
     CreateCustomFile(dialog.recordList(), CurrentUser);
-    if (QFile::exists(configPath()))
+    if (QFile::exists(m_view.configPath()))
         storeView();
     clean();
     m_view.events.clear();

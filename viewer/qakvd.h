@@ -7,7 +7,6 @@
 #include <QColor>
 #include <QDateTime>
 #include <QList>
-#include <QMessageBox>
 #include <QPixmap>
 #include <QPointer>
 #include <QString>
@@ -66,16 +65,12 @@ public:
     // time there is one, creates the shared tool bar in its main window.
     static void initialize(QARes* res, StudioInterface* iface);
     static StudioInterface* iface() { return _iface; }
-    // The one way the viewer shows an error: a warning box on the host's main window
-    // with the host's title, or parentless with the title "Kavendi" without a host.
+    // The one way the viewer shows an error, through the installed shell: a warning box
+    // on the host's main window with the host's title, or parentless with the title
+    // "Kavendi" without a host.
     static void warningBox(const QString& text);
-    // The critical box of the configuration steps: host main window and title, or
-    // parentless with the title "Kavendi".
+    // The critical box of the configuration steps, likewise.
     static void criticalBox(const QString& text);
-    // A headless host (the command-line tool) shows no box and asks nothing: messages go
-    // to standard error and questions take their negative answer.
-    static void setHeadless(bool headless);
-    static bool headless();
     // True once a window has finished starting, until a window goes away.
     static bool Launched();
     static QString GetCurrentUser();
@@ -135,7 +130,7 @@ public:
     KVDView& view() { return m_view; }
     // 1: one shared view of the whole repository; 0: a view per user. Always 1; the
     // configuration keeps its per-user branches for 0.
-    int viewMode() const { return m_viewMode; }
+    int viewMode() const { return m_view.perUserView ? 0 : 1; }
     const KVDView& view() const { return m_view; }
     QMenu* viewerMenu() const { return m_menu; }
     int hostMenuId() const { return m_menuId; }
@@ -213,8 +208,6 @@ private:
     void reloadConfiguration();
     void storeView();
 
-    QString configPath() const;
-    static void showBox(QMessageBox::Icon icon, const QString& text);
     void repaintChart();
     int newMenuId();
 
@@ -223,12 +216,10 @@ private:
     // Goes with the host's main window.
     static QPointer<QToolBar> ToolBar;
     static QString CurrentUser;
-    static bool Headless;
 
     KVDView m_view;
     int m_menuId = -1;
     bool m_firstPaint = true;
-    int m_viewMode = 1;
     QMenu* m_menu = nullptr;
     KVDPaper* m_paper = nullptr;
     QPointer<QAListView> m_userTree;

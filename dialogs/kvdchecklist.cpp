@@ -1,6 +1,6 @@
 #include "kvdchecklist.h"
 #include "kvdstore.h"
-#include "qakvd.h"
+#include "kvdshell.h"
 
 #include <QFile>
 #include <QObject>
@@ -8,7 +8,8 @@
 #include <cstdio>
 #include <vector>
 
-KVDCheckList::KVDCheckList(const QString& dir, QTreeWidget* parent, const QStringList& texts, int type)
+KVDCheckList::KVDCheckList(const QString& dir, QTreeWidget* parent, const QStringList& texts,
+                           int type)
     : QTreeWidgetItem(parent, type), directory(dir)
 {
     setFlags(flags() | Qt::ItemIsUserCheckable);
@@ -22,7 +23,7 @@ bool KVDCheckList::MustBeChecked(unsigned int key) const
     const QString path = directory + QLatin1String("/Custom") + measureKey;
     std::FILE* file = std::fopen(QFile::encodeName(path).constData(), "r+b");
     if (!file) {
-        QAKVD::warningBox(QObject::tr("Kavendi Request has failed\n"));
+        KVDShell::warningBox(QObject::tr("Kavendi Request has failed\n"));
         return false;
     }
     const int words = 2 * fieldCount + 2;

@@ -13,7 +13,8 @@ class KVDCheckList : public QTreeWidgetItem
 {
 public:
     // Column i shows texts[i].
-    KVDCheckList(const QString& directory, QTreeWidget* parent, const QStringList& texts, int type = Type);
+    KVDCheckList(const QString& directory, QTreeWidget* parent, const QStringList& texts,
+                 int type = Type);
 
     // Whether the custom file of this row's measure already holds a record whose first
     // word is `key`. A custom file that cannot be opened is reported and answers false.

@@ -1,23 +1,20 @@
 #ifndef QAKVD_H
 #define QAKVD_H
 
+#include "kvdcustomcurves.h"
+#include "kvdmenu.h"
+#include "kvdoutput.h"
+#include "kvdpopups.h"
+#include "kvdrecorddeletion.h"
+#include "kvdstartup.h"
 #include "kvdview.h"
 #include "qastviewerwindow.h"
 
-#include <QColor>
-#include <QDateTime>
-#include <QList>
 #include <QPixmap>
 #include <QPointer>
 #include <QString>
 #include <QWidget>
 
-#include <functional>
-
-class KVDChart;
-class KVDConfig;
-class KVDCurve;
-class KVDEvent;
 class KVDToolTip;
 class QAction;
 class QARes;
@@ -29,9 +26,10 @@ class QTreeWidget;
 class QTreeWidgetItem;
 class StudioInterface;
 
-// The chart viewer window the plug-in creates for the host. It owns the repository
-// configuration, the curve and event lists (and their items), the view dates and the
-// paper; it deletes itself when closed.
+// The chart viewer window the plug-in creates for the host. It owns the view (the
+// repository configuration, the curve and event lists and their items, the view dates)
+// and the paper, wires the host's calls, the menus and the mouse to the jobs that act on
+// the view, and repaints. It deletes itself when closed.
 class QAKVD : public QAStViewerWindow
 {
     Q_OBJECT
@@ -61,8 +59,9 @@ public:
     QAKVD(QWidget* parent, const char* name, int flags, bool activate);
     ~QAKVD() override;
 
-    // Remembers the host interface (null without a host) for every window and, the first
-    // time there is one, creates the shared tool bar in its main window.
+    // Remembers the host interface (null without a host) for every window, installs the
+    // windows' shell and, the first time there is a host, creates the shared tool bar in
+    // its main window.
     static void initialize(QARes* res, StudioInterface* iface);
     static StudioInterface* iface() { return _iface; }
     // The one way the viewer shows an error, through the installed shell: a warning box
@@ -86,84 +85,85 @@ public:
     void CreateTree();
     // Builds the "&Kavendi" menu and puts it into the host's menu bar; false without a
     // host, when the menu is there already, or when the current user is unknown.
-    bool CreateToolMenu();
+    bool CreateToolMenu() { return m_menu.build(this, m_view, CurrentUser); }
     // The printing pass onto an accepted printer (the print dialog is print()'s).
     void printChart(QPrinter* printer);
-    // Whether a checked row of list (column 2) shows the date-time of Unix time `time`.
-    bool InList(unsigned int time, QTreeWidget* list);
-    // Asks for a new event with the event dialog (on the day of Unix time `time`, today
-    // for 0) and adds it; false when cancelled or when that day has an event already.
-    bool CreateEvents(unsigned int time);
+    bool InList(unsigned int time, QTreeWidget* list)
+    {
+        return KVDRecordDeletion::InList(time, list);
+    }
+    bool CreateEvents(unsigned int time) { return m_popups.createEvent(time); }
     // Whether an event lies on exactly that day.
-    bool IsNearTag(const QDate& day) const;
-    // Writes the checked rows of list, last row first, into the custom measure file of
-    // the measure named by the last row and of `user`. No index file is written for it.
-    void CreateCustomFile(QTreeWidget* list, const QString& user);
+    bool IsNearTag(const QDate& day) const { return m_view.events.IsNearTag(day); }
+    void CreateCustomFile(QTreeWidget* list, const QString& user)
+    {
+        m_customCurves.CreateCustomFile(list, user);
+    }
 
     QWidget* contentOutlineWidget() const override;
     bool canClose() override;
-    bool isSaveEnabled() override;
-    bool isSaveAsEnabled() override;
-    bool isPrintEnabled() override;
-    bool isCopyEnabled() override;
-    bool isPasteEnabled() override;
-    bool isCutEnabled() override;
-    bool isUndoEnabled() override;
-    bool isRedoEnabled() override;
-    bool isDelEnabled() override;
-    bool isSelectAllEnabled() override;
-    bool isFindEnabled() override;
-    bool isReplaceEnabled() override;
-    bool isGoToEnabled() override;
-    bool isReloadEnabled() override;
-    bool isResetEnabled() override;
-    bool isExportDocEnabled() override;
-    bool isZoomEnabled() override;
-    bool isFilterEnabled() override;
-    void setFiles(QStringList* files, QStringList* others, ViewerMode mode) override;
+    bool isSaveEnabled() override { return false; }
+    bool isSaveAsEnabled() override { return false; }
+    bool isPrintEnabled() override { return true; }
+    bool isCopyEnabled() override { return true; }
+    bool isPasteEnabled() override { return false; }
+    bool isCutEnabled() override { return false; }
+    bool isUndoEnabled() override { return false; }
+    bool isRedoEnabled() override { return false; }
+    bool isDelEnabled() override { return false; }
+    bool isSelectAllEnabled() override { return false; }
+    bool isFindEnabled() override { return true; }
+    bool isReplaceEnabled() override { return false; }
+    bool isGoToEnabled() override { return false; }
+    bool isReloadEnabled() override { return true; }
+    bool isResetEnabled() override { return true; }
+    bool isExportDocEnabled() override { return true; }
+    bool isZoomEnabled() override { return true; }
+    bool isFilterEnabled() override { return false; }
+    void setFiles(QStringList*, QStringList*, ViewerMode) override {}
     // The window's own by-value overload; the host's const-reference one stays visible.
     using QAStViewerWindow::scrollToTag;
-    virtual void scrollToTag(QString tag, int line, int column);
+    virtual void scrollToTag(QString, int, int) {}
 
     // Read access for the host, the tools and the tests.
     KVDPaper* paper() const { return m_paper; }
     KVDView& view() { return m_view; }
+    const KVDView& view() const { return m_view; }
     // 1: one shared view of the whole repository; 0: a view per user. Always 1; the
     // configuration keeps its per-user branches for 0.
     int viewMode() const { return m_view.perUserView ? 0 : 1; }
-    const KVDView& view() const { return m_view; }
-    QMenu* viewerMenu() const { return m_menu; }
-    int hostMenuId() const { return m_menuId; }
-    int checkedScale() const { return m_checkedScale; }
-    // The menu action carrying int id `id` (kept with QAction::setData), searched through
-    // the viewer menu and its submenus; null when there is none.
-    QAction* menuItem(int id) const;
+    QMenu* viewerMenu() const { return m_menu.menu(); }
+    int hostMenuId() const { return m_menu.hostMenuId(); }
+    int checkedScale() const { return m_menu.checkedScale(); }
+    QAction* menuItem(int id) const { return m_menu.item(id); }
 
 public slots:
     void activated() override;
     void desactivated() override;
-    void save() override;
-    void saveAs() override;
     void print() override;
-    void copy() override;
-    void paste() override;
-    void cut() override;
-    void undo() override;
-    void redo() override;
-    void del() override;
-    void selectAll() override;
-    void replace() override;
-    void goTo() override;
-    void reload() override;
-    void reset() override;
-    void exportDoc() override;
+    // The host shows copy, find, reload, reset, export and zoom-by-level enabled; they
+    // are deliberately empty, as are the commands it shows disabled.
+    void save() override {}
+    void saveAs() override {}
+    void copy() override {}
+    void paste() override {}
+    void cut() override {}
+    void undo() override {}
+    void redo() override {}
+    void del() override {}
+    void selectAll() override {}
+    void replace() override {}
+    void goTo() override {}
+    void reload() override {}
+    void reset() override {}
+    void exportDoc() override {}
     void zoomIn() override;
     void zoomOut() override;
-    void zoom(int level) override;
-    void mnFilter() override;
-    void find();
-    void find(const QString& text) override;
-    void refreshContents() override;
+    void zoom(int) override {}
+    void mnFilter() override {}
+    void find() {}
+    void find(const QString&) override {}
+    void refreshContents() override { repaintChart(); }
 
     void SelectMeasure(int id);
     void SelectField(int id);
@@ -179,6 +179,7 @@ public slots:
     void CallCreateEvent(int id);
     void EventHide();
     void FloatSc();
+    // Keeps its name although it exports: the "Export" item is wired to it.
     void ImportFile(int id);
 
 protected:
@@ -188,50 +189,32 @@ protected:
     void mouseMoveEvent(QMouseEvent* event) override;
 
 private:
-    // Moves the check mark of the scale entries to `id`, as every scale slot does.
-    void checkScale(int id);
     void setScale(int id, qint64 before, qint64 after);
     void press(QMouseEvent* event);
-    // The right-button menus: the curve under the pointer, else the chart itself.
-    bool curveHit(const KVDCurve* curve, const QPoint& pos) const;
-    // Answers true when the scan of further curves stops.
-    bool runCurvePopup(int& index, const QPoint& globalPos, const QDateTime& pointer);
-    void runChartPopup(const QPoint& globalPos, const QDateTime& pointer);
-    // Appends again, through the store, every record of the temporary file that
-    // `deleted` does not claim, then removes the temporary file.
-    void rewrite(const QString& temporary, const QString& measure, const QString& user, int fields,
-                 const QString& cancelText, const QString& failure,
-                 const std::function<bool(const quint32*)>& deleted);
-    // After a deletion or a new custom file: store the view, clear it, and load the
-    // repository again as at start-up.
-    void rebuildView();
-    void reloadConfiguration();
-    void storeView();
-
-    void repaintChart();
-    int newMenuId();
+    // After the repository's files changed: store the view, clear it, and load the
+    // repository again as at start-up; endProgress also ends the host's progress display.
+    void rebuildView(bool endProgress = true);
+    void repaintChart() { paintEvent(nullptr); }
+    // The paper geometry the mouse works in: the latest screen picture or printed page.
+    void setPaperSize(const QSize& size);
 
     static StudioInterface* _iface;
     static bool Started;
-    // Goes with the host's main window.
-    static QPointer<QToolBar> ToolBar;
     static QString CurrentUser;
 
     KVDView m_view;
-    int m_menuId = -1;
-    bool m_firstPaint = true;
-    QMenu* m_menu = nullptr;
+    KVDStartup m_startup{m_view, this};
+    KVDMenu m_menu;
+    KVDPopups m_popups{m_view, this};
+    KVDRecordDeletion m_deletion{m_view, this};
+    KVDCustomCurves m_customCurves{m_view, this};
+    KVDOutput m_output{m_view, this};
     KVDPaper* m_paper = nullptr;
     QPointer<QAListView> m_userTree;
     KVDToolTip* m_toolTip = nullptr;
-    bool m_rootFromDialog = false;
+    bool m_firstPaint = true;
     double m_dragPosition = 0.0;
     bool m_pending = false;
-
-    // Menu items remembered by id.
-    int m_exportId = 0;
-    int m_checkedScale = 0;
-    int m_nextMenuId = -2;
 
     // Zoom, scales and mouse.
     double m_paperWidth = 0.0;

@@ -1,28 +1,31 @@
 #include "chartfixture.h"
 #include "kvdchart.h"
-#include "kvdcurve.h"
+#include "kvdconfig.h"
 #include "kvdevent.h"
-#include "recordingshell.h"
+#include "kvdschedule.h"
+#include "kvdtooltip.h"
 #include "paintrecorder.h"
+#include "recordingshell.h"
 #include "testenv.h"
 
 #include <QImage>
-#include <QLocale>
 #include <QPainter>
 #include <QPointer>
 #include <QTemporaryDir>
+#include <QWidget>
 #include <QtTest>
-
-#include <algorithm>
 
 namespace {
 
-const QColor margin(200, 200, 200);
-const QColor black(0, 0, 0);
-const QColor green(0, 128, 0);
-const QColor blue(0, 0, 255);
-const QColor red(255, 0, 0);
-const QString tooFarWarning = "warning|Maybe too hard for the device-> Removing curve form view\n";
+const QColor grey(200, 200, 200), black(0, 0, 0), white(255, 255, 255), magenta(255, 0, 255);
+const QColor green(0, 128, 0), blue(0, 0, 255), red(255, 0, 0), gray(Qt::gray);
+const QString name = "Coverage (alice)", key = "cov2 (alice)";
+const QString tooFar = "warning|Maybe too hard for the device-> Removing curve form view\n";
+
+QDateTime at(int y, int m, int d, int h = 0, int min = 0)
+{
+    return QDateTime(QDate(y, m, d), QTime(h, min));
+}
 
 bool contains(const QImage& image, const QRect& area, const QColor& colour)
 {
@@ -33,87 +36,114 @@ bool contains(const QImage& image, const QRect& area, const QColor& colour)
     return false;
 }
 
-// A view of January 2009 (30 days) with measure cov2: "Coverage", "Statements", "Branches".
+// A view of `days` days from 1 March 2024 over curves of measure cov2 ("Coverage", fields
+// "Statements" and "Branches") of user alice, on screen or on a printed page. On 640 x 480
+// both have the plot from x = 55 and the value band from y = 50 to 380; the right strip is
+// 250 wide on screen, 150 on paper.
 struct Scene
 {
-    Scene()
+    explicit Scene(bool printed = false, int days = 30) : printed(printed)
     {
-        chart.start = QDateTime(QDate(2009, 1, 1), QTime(0, 0));
-        chart.end = QDateTime(QDate(2009, 1, 31), QTime(0, 0));
+        chart.start = at(2024, 3, 1);
+        chart.end = chart.start.addDays(days);
         chart.datesSet = true;
         chart.curves = &curves;
         chart.events = &events;
-        chart.definitions = &definitions;
-        definitions.insert("cov2", {{0, "Coverage"}, {1, "Statements"}, {2, "Branches"}});
+        chart.definitions = &config.definitions;
+        config.definitions.insert("cov2", {{0, "Coverage"}, {1, "Statements"}, {2, "Branches"}});
     }
-    ~Scene()
-    {
-        qDeleteAll(curves);
-        qDeleteAll(events);
-    }
+    ~Scene() { qDeleteAll(events); }
+    int strip() const { return printed ? 150 : 250; }
 
-    // A curve through `values` at the fractions `at` of the view span.
-    KVDCurve* add(const QList<double>& at, const QList<int>& values, double top, double bottom,
-                  const QColor& colour = green)
+    // A curve through (fraction of the view span, value) points.
+    KVDCurve* add(const QList<QPointF>& at, double top, double bottom, const QColor& colour)
     {
         const double span = chart.start.secsTo(chart.end);
         QPolygon points;
-        for (int i = 0; i < at.size(); ++i)
-            points.append(QPoint(int(at[i] * span), -values[i]));
-        curves.append(ChartFixture::curve(dir.path(), points, span, top, bottom));
-        curves.last()->color = colour;
-        curves.last()->hasColor = true;
-        return curves.last();
+        for (const QPointF& p : at)
+            points << QPoint(qRound(p.x() * span), -qRound(p.y()));
+        KVDCurve* curve = ChartFixture::curve(dir.path(), points, span, top, bottom);
+        curve->setParent(&owner); // gone with the scene unless a paint removes it first
+        curve->color = colour;
+        curve->hasColor = true;
+        curve->firstDate = chart.start;
+        return curves.emplace_back(curve);
     }
-    // `count` points of one value across the view.
-    KVDCurve* flat(int value, double top, double bottom, int count = 10,
-                   const QColor& colour = green)
+    KVDCurve* flat(double value, double top, double bottom, const QColor& colour = green)
     {
-        QList<double> at;
-        for (int i = 0; i < count; ++i)
-            at.append(count == 1 ? 0.0 : double(i) / (count - 1));
-        return add(at, QList<int>(count, value), top, bottom, colour);
+        return add({{0.1, value}, {0.5, value}, {0.9, value}}, top, bottom, colour);
     }
 
-    void draw(QPaintDevice* device, int w, int h, bool printed)
-    {
-        QPainter painter(device);
-        if (printed)
-            chart.paintPrinted(&painter, w, h);
-        else
-            chart.paint(&painter, w, h);
-    }
-    QImage paint(int w, int h, bool printed = false)
+    // Paints on an image, magenta where the pass lays nothing, then again to read the texts.
+    QImage paint(int w = 640, int h = 480)
     {
         QImage image(w, h, QImage::Format_RGB32);
-        image.fill(printed ? Qt::magenta : Qt::white);
-        draw(&image, w, h, printed);
+        image.fill(magenta);
+        recorder.texts.clear();
+        for (QPaintDevice* device : std::initializer_list<QPaintDevice*>{&image, &recorder}) {
+            QPainter painter(device);
+            if (printed)
+                chart.paintPrinted(&painter, w, h);
+            else
+                chart.paint(&painter, w, h);
+        }
         return image;
     }
-    // The texts a paint puts in [left, right) x [top, bottom).
-    QStringList texts(int w, int h, QRectF area, bool printed = false)
-    {
-        PaintRecorder recorder(w, h);
-        draw(&recorder, w, h, printed);
-        return recorder.textsIn(area.left(), area.top(), area.right(), area.bottom());
-    }
 
+    bool printed;
+    QObject owner;
+    PaintRecorder recorder{640, 480};
     QTemporaryDir dir;
     QList<KVDCurve*> curves;
     QList<KVDEvent*> events;
-    QMultiMap<QString, KVDDefinition> definitions;
+    KVDConfig config;
     KVDChart chart;
 };
 
+// The calendar axis on a 1600 x 300 image: the fine row's top at 300 - 85 * scale, the
+// coarse row's at 300 - 66 * scale. Keeps each cell handed to drawElem by its row's top, as
+// its x and its colour, L(ight) or G(rey), followed by its label.
+class Axis : public KVDSchedule
+{
+public:
+    void drawElem(QPainter* p, double x, double y, int w, int h, QColor colour, QString label,
+                  bool framed) override
+    {
+        rows[y] << qMakePair(x, (colour == Qt::lightGray ? "L"
+                                 : colour == gray        ? "G"
+                                                         : "?") +
+                                    label);
+        KVDSchedule::drawElem(p, x, y, w, h, colour, label, framed);
+    }
+    QImage build(double width, const QDateTime& start, double days, double scale = 1,
+                 QPainter::CompositionMode mode = QPainter::CompositionMode_SourceOver)
+    {
+        QImage image(1600, 300, QImage::Format_RGB32);
+        image.fill(Qt::white);
+        QPainter painter(&image);
+        painter.setCompositionMode(mode);
+        Build(&painter, width, start, start.addSecs(qRound64(days * 86400)), scale, scale);
+        return image;
+    }
+
+    QMap<double, QList<QPair<double, QString>>> rows;
+};
+
+// The rows of the tables below, as their row() functions name them.
+enum Mark { NoEvent, Shown, Hidden, Unshown };
+using Picture =
+    std::tuple<bool, bool, bool, double, double, int, int, QStringList, int, Mark, bool>;
+using Placement = std::tuple<bool, QList<double>, bool, bool, QString, bool>;
+using Hover = std::tuple<QList<QPoint>, QPoint, double, int, bool, bool>;
+using Span = std::tuple<QDateTime, double, QStringList, QDateTime, QDateTime, double, double>;
+
 } // namespace
 
-// The chart picture: fixed margins and frame, curve placement and removal, scales,
-// legend, event markers, and the printed page.
+// The chart pass (frame, margins, curves, scales, legend, events, curves too far off the
+// plot, the printed page), the calendar axis beneath it, and the tooltips over it.
 class TstChart : public QObject
 {
     Q_OBJECT
-
-private:
     RecordingShell m_shell;
 
 private slots:
@@ -124,350 +154,311 @@ private slots:
     }
     void init() { m_shell.messages.clear(); }
 
-    void emptyChart_data()
+    // One curve on a scale and one event, on a 640 x 480 screen and page.
+    void chart_data()
     {
-        QTest::addColumn<QRect>("area");
-        QTest::newRow("left margin") << QRect(0, 0, 55, 500 - 5);
-        QTest::newRow("right strip") << QRect(800 - 250, 0, 250, 500);
-        QTest::newRow("bottom margin") << QRect(0, 500 - 45, 800, 45);
-        QTest::newRow("top band") << QRect(0, 0, 800, 40);
+        QTest::addColumn<Picture>("c");
+        int n = 0;
+        // Each case on screen and on paper, on both sides. y: the curve's, -1 when it does not
+        // show; labels: the scale's lowest, highest and their count; day: the event's.
+        auto row = [&n](const char* name, bool fromZero, double top, double bottom, int value,
+                        int y, const QStringList& labels, int day, Mark mark, bool dated = true) {
+            for (bool printed : {false, true}) {
+                const bool right = (n + printed) % 2;
+                QTest::addRow("%s, %s scale: %s", printed ? "page" : "screen",
+                              right ? "right" : "left", name)
+                    << Picture{printed, right,  fromZero, top,  bottom, value,
+                               y,       labels, day,      mark, dated};
+            }
+            ++n;
+        };
+        row("constant on the top line", false, 500, 500, 500, 50, {"0", "500", "11"}, 0, NoEvent);
+        row("constant zero, event at the start", false, 0, 0, 0, -1, {}, 0, Shown);
+        row("from zero, event inside", true, 1000, 200, 500, 215, {"0", "1000", "11"}, 15, Shown);
+        row("half way, event at the end", false, 1000, 200, 600, 215, {"200", "1000", "11"}, 30,
+            Shown);
+        row("at the bottom, event the day before", false, 1000, 200, 200, 380,
+            {"200", "1000", "11"}, -1, Shown);
+        row("range 11, event the day after", false, 11, 0, 0, 380, {"0", "11", "11"}, 31, Shown);
+        row("range 3, events hidden", false, 13, 10, 10, 380, {"10", "13", "4"}, 15, Hidden);
+        row("from zero, range 3, event not shown", true, 3, 1, 1, 270, {"0", "3", "4"}, 15,
+            Unshown);
+        row("10000 in full", false, 10000, 0, 10000, 50, {"0", "10000", "11"}, 0, NoEvent);
+        row("above 10000", false, 12345, 0, 12345, 50, {"0", "1.2e+04", "11"}, 0, NoEvent);
+        row("inverted range: a line, no tick", false, 0, 5, 5, 380, {}, 0, NoEvent);
+        row("undated: a blank page", false, 0, 0, 0, -1, {}, 0, NoEvent, false);
     }
 
-    void emptyChart()
+    void chart()
     {
-        QFETCH(QRect, area);
-        Scene scene;
-        scene.chart.datesSet = false;
-        const QImage image = scene.paint(800, 500);
-        for (const QPoint& p : {area.topLeft(), area.bottomRight(), area.center()})
-            QCOMPARE(image.pixelColor(p), margin);
-        // The frame shows on its four sides, just inside the margins.
+        QFETCH(Picture, c);
+        const auto [printed, right, fromZero, top, bottom, value, y, labels, day, mark, dated] = c;
+        Scene scene(printed);
+        scene.chart.datesSet = dated;
+        KVDCurve* curve = scene.flat(value, top, bottom, blue);
+        curve->fixedScale = fromZero;
+        (right ? scene.chart.rightScale : scene.chart.leftScale) = curve;
+        if (mark != NoEvent)
+            scene.events << new KVDEvent(QDate(2024, 3, 1).addDays(day), "release",
+                                         mark != Unshown);
+        scene.chart.eventsHidden = mark == Hidden;
+        const QImage image = scene.paint();
+        const int end = 640 - scene.strip(), line = right ? end - 1 : 55;
+        const bool blank = printed && !dated;
+        for (const QPoint& p : {QPoint(0, 0), QPoint(54, 420), QPoint(end, 420), QPoint(639, 479),
+                                QPoint(100, 39), QPoint(100, 435)})
+            QVERIFY2(image.pixelColor(p) == (printed ? white : grey), "margin");
         for (const QPoint& p :
-             {QPoint(55, 250), QPoint(549, 250), QPoint(300, 40), QPoint(300, 454)})
-            QCOMPARE(image.pixelColor(p), black);
-        QCOMPARE(image.pixelColor(300, 414), QColor(Qt::white)); // between stripes and axis
-
-        // The axis shows the last 30 days and is the only text.
-        const QDate today = QDate::currentDate();
-        const QStringList days = scene.texts(800, 500, QRectF(0, 415, 800, 19));
-        QCOMPARE(days.size(), 31);
-        QCOMPARE(days.first(), QString::number(today.addDays(-30).day()));
-        QCOMPARE(days.last(), QString::number(today.day()));
-        QVERIFY(scene.texts(800, 500, QRectF(0, 434, 800, 66))
-                    .contains(QLocale::system().monthName(today.month(), QLocale::ShortFormat) +
-                              " " + QString::number(today.year())));
-        QCOMPARE(scene.texts(800, 500, QRectF(0, 0, 800, 415)), QStringList());
+             {QPoint(55, 420), QPoint(end - 1, 420), QPoint(100, 40), QPoint(100, 434)})
+            QVERIFY2(image.pixelColor(p) == (blank ? white : black), "frame");
+        // Paper gets no background: nothing is laid between the stripes and the axis.
+        QCOMPARE(image.pixelColor(100, 394), printed && !blank ? magenta : white);
+        QVERIFY2(printed || !contains(image, image.rect(), magenta), "the screen is covered");
+        QVERIFY2(y >= 0 || !contains(image, image.rect(), blue), "neither curve nor scale");
+        for (int x : {100, 200, 300})
+            QVERIFY2(y < 0 || image.pixelColor(x, y) == blue, "the curve at its height");
+        // Hit tests find the points on the paper through the transformation kept.
+        for (const QPoint& p :
+             {curve->matrix.map(curve->points->first()), curve->matrix.map(curve->points->last())})
+            QVERIFY2(y < 0 || (image.pixelColor(p) == blue &&
+                               contains(image, QRect(p.x() - 2, y - 3, 5, 2), blue) != printed),
+                     "its ends, with dots on screen only");
+        const QStringList found =
+            scene.recorder.textsIn(right ? end : 0, 41, right ? end + 55 : 55, 395);
+        const QStringList ends{found.value(0), found.value(found.size() - 1)};
+        QCOMPARE(found.isEmpty() ? QStringList()
+                                 : ends + QStringList{QString::number(found.size())},
+                 labels);
+        QVERIFY2(found.isEmpty() || image.pixelColor(right ? line - 3 : line + 3, 380) == blue,
+                 "the lowest tick");
+        QVERIFY2(y < 0 || image.pixelColor(line, 240) == blue, "the scale line");
+        const bool marked = mark == Shown && day >= 0 && day <= 30;
+        QCOMPARE(scene.recorder.textsIn(0, 0, 640, 40),
+                 marked ? QStringList{"release"} : QStringList());
+        QVERIFY2(marked || !contains(image, image.rect(), red), "no marker");
+        const int x = int(55 + (585 - scene.strip()) * day / 30.0);
+        QVERIFY2(!marked ||
+                     (image.pixelColor(x + 2, 200) == red && image.pixelColor(x - 25, 5) == gray &&
+                      image.pixelColor(x - 25, 0) == black),
+                 "the bar, the label's box and its outline");
     }
 
-    void minimumSize_data()
+    // A curve on the left scale and a follower, on a screen of 800 x 500 (a plot of 495 from
+    // 55, so that 4000 units are about 8 spans) or a page of 1280 x 960 (a plot of 870 from
+    // 110, and ten times the room).
+    void visibility_data()
     {
-        QTest::addColumn<QSize>("requested");
-        QTest::addColumn<QSize>("drawn");
-        QTest::newRow("both too small") << QSize(300, 150) << QSize(400, 200);
-        QTest::newRow("narrow") << QSize(399, 500) << QSize(400, 500);
-        QTest::newRow("low") << QSize(800, 199) << QSize(800, 200);
+        QTest::addColumn<Placement>("c");
+        // at: fractions of the view span, of value 5 in 0..10; label: the first line of its
+        // legend entry, none when it is left out, and its scale with it.
+        auto row = [](const char* name, bool printed, const QList<double>& at, bool removed,
+                      bool drawn, const QString& label, bool zeroSpan = false) {
+            QTest::newRow(name) << Placement{printed, at, removed, drawn, label, zeroSpan};
+        };
+        row("screen: on the plot", false, {0, 0.5, 1}, false, true, name);
+        row("screen: two points, by key", false, {0, 1}, false, true, key);
+        row("screen: one point, by key", false, {0.5}, false, true, key);
+        row("screen: left of the plot", false, {-2, -1.6, -1.2}, false, false, "");
+        row("screen: three from the plot's end", false, {1, 1.5, 2}, false, false, "");
+        row("screen: two from the plot's end", false, {1, 2}, false, false, "");
+        row("screen: far left, then on the plot", false, {-10, 0.5, 1}, true, false, "");
+        row("screen: spike far right", false, {0, 0.2, 10, 0.5}, true, false, "");
+        row("screen: spike as the second point", false, {0, 10, 0.5}, false, false, "");
+        row("screen: within the limits", false, {-7, 0.5, 1}, false, true, name);
+        row("screen: zero span", false, {0, 0.5, 1}, false, false, "", true);
+        row("page: on the plot", true, {0, 0.5, 1}, false, true, key);
+        row("page: from x = 870", true, {760.0 / 870, 1}, false, true, "");
+        row("page: 5000 units off, kept", true, {-5110.0 / 870, 0.5, 1}, false, true, "");
+        row("page: 50000 units off", true, {-50, 0.5, 1}, true, false, "");
     }
 
-    void minimumSize()
+    void visibility()
     {
-        QFETCH(QSize, requested);
-        QFETCH(QSize, drawn);
-        Scene scene;
-        QImage image(drawn, QImage::Format_RGB32);
-        QPainter painter(&image);
-        QCOMPARE(scene.chart.paint(&painter, requested.width(), requested.height()), drawn);
-        painter.end();
-        const int W = drawn.width(), H = drawn.height();
-        QCOMPARE(image.pixelColor(W - 250, H / 2), margin);
-        QCOMPARE(image.pixelColor(W - 251, H / 2), black);
-        QCOMPARE(image.pixelColor(W / 4, H - 45), margin);
-        QCOMPARE(image.pixelColor(W / 4, H - 46), black);
-    }
-
-    void curvePlacement_data()
-    {
-        QTest::addColumn<double>("top");
-        QTest::addColumn<double>("bottom");
-        QTest::addColumn<bool>("fromZero");
-        QTest::addColumn<int>("value");
-        QTest::addColumn<int>("y"); // on a paper 550 high: the band runs from 50 to 450
-
-        QTest::newRow("constant curve on the top line") << 500.0 << 500.0 << false << 500 << 50;
-        QTest::newRow("constant zero is invisible") << 0.0 << 0.0 << false << 0 << -1;
-        QTest::newRow("from zero, half way") << 1000.0 << 200.0 << true << 500 << 250;
-        QTest::newRow("between bottom and top") << 1000.0 << 200.0 << false << 600 << 250;
-        QTest::newRow("at the bottom") << 1000.0 << 200.0 << false << 200 << 450;
-    }
-
-    void curvePlacement()
-    {
-        QFETCH(double, top);
-        QFETCH(double, bottom);
-        QFETCH(bool, fromZero);
-        QFETCH(int, value);
-        QFETCH(int, y);
-        Scene scene;
-        KVDCurve* curve = scene.flat(value, top, bottom);
-        curve->fixedScale = fromZero;
-        const QImage image = scene.paint(800, 550);
-        QCOMPARE(QSizeF(curve->paperWidth, curve->paperHeight), QSizeF(800, 550));
-        if (y < 0) {
-            QVERIFY2(!contains(image, image.rect(), green), "nothing of the curve shows");
-            return;
-        }
-        for (int x : {100, 300, 500})
-            QVERIFY2(image.pixelColor(x, y) == green && image.pixelColor(x, y - 1) != green &&
-                         image.pixelColor(x, y + 1) != green,
-                     "one unit thick, at the expected height");
-        // The transformation kept in the curve finds its points on the paper.
-        QCOMPARE(image.pixelColor(curve->matrix.map(curve->points->at(4))), green);
-    }
-
-    void scaleLabels_data()
-    {
-        QTest::addColumn<bool>("right");
-        QTest::addColumn<double>("top");
-        QTest::addColumn<double>("bottom");
-        QTest::addColumn<bool>("fromZero");
-        QTest::addColumn<QStringList>("labels"); // count, lowest, highest; null: no scale
-
-        for (bool right : {false, true}) {
-            const char* side = right ? "right" : "left";
-            QTest::addRow("%s: range 100", side)
-                << right << 100.0 << 0.0 << false << QStringList{"11", "0", "100"};
-            QTest::addRow("%s: range 11", side)
-                << right << 11.0 << 0.0 << false << QStringList{"11", "0", "11"};
-            QTest::addRow("%s: range 3", side)
-                << right << 13.0 << 10.0 << false << QStringList{"4", "10", "13"};
-            QTest::addRow("%s: from zero", side)
-                << right << 3.0 << 1.0 << true << QStringList{"4", "0", "3"};
-            QTest::addRow("%s: above 10000", side)
-                << right << 12345.0 << 0.0 << false << QStringList{"11", "0", "1.2e+04"};
-            QTest::addRow("%s: inverted range", side)
-                << right << 0.0 << 5.0 << false << QStringList{"0"};
-            // A constant zero lies on the plot's corner, out of view, taking its scale along.
-            QTest::addRow("%s: constant zero", side)
-                << right << 0.0 << 0.0 << false << QStringList();
-        }
-    }
-
-    void scaleLabels()
-    {
-        QFETCH(bool, right);
-        QFETCH(double, top);
-        QFETCH(double, bottom);
-        QFETCH(bool, fromZero);
-        QFETCH(QStringList, labels);
-        Scene scene;
-        KVDCurve* curve = scene.flat(int(bottom), top, bottom, 10, blue);
-        curve->fixedScale = fromZero;
-        (right ? scene.chart.rightScale : scene.chart.leftScale) = curve;
-
-        PaintRecorder recorder(800, 800);
-        QPainter painter(&recorder);
-        scene.chart.paint(&painter, 800, 800);
-        painter.end();
-        QList<PaintRecorder::Text> found;
-        for (const PaintRecorder::Text& t : std::as_const(recorder.texts))
-            if (t.at.x() >= (right ? 550 : 0) && t.at.x() < (right ? 605 : 55) && t.at.y() < 715)
-                found.append(t);
-        std::sort(found.begin(), found.end(), [](auto& a, auto& b) { return a.at.y() > b.at.y(); });
-        QCOMPARE(QString::number(found.size()), labels.value(0, "0"));
-        if (!found.isEmpty()) {
-            QCOMPARE(found.first().text, labels[1]);
-            QCOMPARE(found.last().text, labels[2]);
-            QVERIFY2(found.first().at.y() > 693 && found.first().at.y() < 722,
-                     "at the band's foot");
-        }
-        const QImage image = scene.paint(800, 800);
-        const int line = right ? 549 : 55;
-        QCOMPARE(image.pixelColor(line, 400), labels.isEmpty() ? black : blue);
-        if (!found.isEmpty()) // the lowest tick, outward from the line
-            QCOMPARE(image.pixelColor(right ? line - 3 : line + 3, 700), blue);
-    }
-
-    void legendLabel_data()
-    {
-        QTest::addColumn<int>("points");
-        QTest::addColumn<QString>("first");
-        QTest::newRow("three points: measure label") << 3 << "Coverage (alice)";
-        QTest::newRow("two points: measure key") << 2 << "cov2 (alice)";
-        QTest::newRow("one point: measure key") << 1 << "cov2 (alice)";
-    }
-
-    void legendLabel()
-    {
-        QFETCH(int, points);
-        QFETCH(QString, first);
-        Scene scene;
-        scene.flat(5, 10, 0, points);
-        QCOMPARE(scene.texts(800, 500, QRectF(615, 0, 185, 500)),
-                 QStringList({first, "Statements"}));
-        const QImage image = scene.paint(800, 500);
-        QCOMPARE(image.pixelColor(604, 104), green); // swatch
-        QCOMPARE(image.pixelColor(600, 100), black); // its outline
-    }
-
-    void legendOverflow()
-    {
-        // 300 high leaves room for three entries; all five curves are still drawn.
-        Scene scene;
-        QList<QColor> colours;
-        for (int i = 0; i < 5; ++i)
-            scene.flat(10 + 15 * i, 100, 0, 10,
-                       colours.emplace_back(QColor::fromHsv(i * 60, 255, 220).toRgb()));
-        const QImage image = scene.paint(800, 300);
-        for (int i = 0; i < 3; ++i)
-            QCOMPARE(image.pixelColor(604, 104 + 50 * i), colours[i]);
-        QCOMPARE(image.pixelColor(604, 254), margin);
-        for (const QColor& colour : colours)
-            QVERIFY2(contains(image, QRect(56, 41, 493, 170), colour), qPrintable(colour.name()));
-        QCOMPARE(scene.texts(800, 300, QRectF(615, 0, 185, 300)).size(), 6);
-    }
-
-    void scaleCurveOutOfView_data()
-    {
-        QTest::addColumn<bool>("right");
-        QTest::newRow("left") << false;
-        QTest::newRow("right") << true;
-    }
-
-    void scaleCurveOutOfView()
-    {
-        QFETCH(bool, right);
-        Scene scene;
-        KVDCurve* curve = scene.add({-2.0, -1.8, -1.6, -1.4, -1.2}, {1, 2, 3, 4, 5}, 5, 1);
-        (right ? scene.chart.rightScale : scene.chart.leftScale) = curve;
-        QCOMPARE(scene.texts(800, 500, QRectF(0, 0, 55, 415)), QStringList());
-        QCOMPARE(scene.texts(800, 500, QRectF(550, 0, 250, 415)), QStringList()); // no legend
-        QCOMPARE(scene.paint(800, 500).pixelColor(right ? 549 : 55, 250), black);
-    }
-
-    void events_data()
-    {
-        QTest::addColumn<QDate>("date");
-        QTest::addColumn<bool>("hidden");
-        QTest::addColumn<bool>("shown");
-        QTest::addColumn<int>("day"); // of the view, -1 when not drawn
-
-        QTest::newRow("at the view start") << QDate(2009, 1, 1) << false << true << 0;
-        QTest::newRow("inside") << QDate(2009, 1, 16) << false << true << 15;
-        QTest::newRow("at the view end") << QDate(2009, 1, 31) << false << true << 30;
-        QTest::newRow("the day before") << QDate(2008, 12, 31) << false << true << -1;
-        QTest::newRow("the day after") << QDate(2009, 2, 1) << false << true << -1;
-        QTest::newRow("events hidden") << QDate(2009, 1, 16) << true << true << -1;
-        QTest::newRow("event not shown") << QDate(2009, 1, 16) << false << false << -1;
-    }
-
-    void events()
-    {
-        QFETCH(QDate, date);
-        QFETCH(bool, hidden);
-        QFETCH(bool, shown);
-        QFETCH(int, day);
-        Scene scene;
-        scene.events.append(new KVDEvent(date, "release", shown));
-        scene.chart.eventsHidden = hidden;
-        const QImage image = scene.paint(800, 500);
-        const QStringList labels = scene.texts(800, 500, QRectF(0, 0, 800, 40));
-        if (day < 0) {
-            QVERIFY2(!contains(image, image.rect(), red) && labels.isEmpty(), "no marker");
-            return;
-        }
-        const int X = int(55 + 495.0 * day / 30);
-        QCOMPARE(image.pixelColor(X + 2, 250), red);
-        QCOMPARE(image.pixelColor(X - 25, 5), QColor(Qt::gray)); // label box
-        QCOMPARE(labels, QStringList({"release"}));
-    }
-
-    void tooFar_data()
-    {
-        QTest::addColumn<QList<double>>("at"); // fractions of the view span
-        QTest::addColumn<bool>("zeroSpan");
-        QTest::addColumn<bool>("removed");
-        // 800 wide: the plot is 495 wide, so 4000 units are about 8 spans.
-        QTest::newRow("far left, then on the plot") << QList<double>{-10, 0.5, 1} << false << true;
-        QTest::newRow("spike far right") << QList<double>{0, 0.2, 10, 0.5} << false << true;
-        QTest::newRow("within the limits") << QList<double>{-7, 0.5, 1} << false << false;
-        QTest::newRow("zero span") << QList<double>{0, 0.5, 1} << true << false;
-    }
-
-    void tooFar()
-    {
-        QFETCH(QList<double>, at);
-        QFETCH(bool, zeroSpan);
-        QFETCH(bool, removed);
-        Scene scene;
-        QPointer<KVDCurve> curve = scene.add(at, QList<int>(at.size(), 5), 10, 0);
+        QFETCH(Placement, c);
+        const auto [printed, at, removed, drawn, label, zeroSpan] = c;
+        Scene scene(printed);
+        QList<QPointF> points;
+        for (double x : at)
+            points << QPointF(x, 5);
+        QPointer<KVDCurve> curve = scene.add(points, 10, 0, blue);
         curve->span = zeroSpan ? 0 : curve->span;
         scene.chart.leftScale = curve;
-        scene.paint(800, 500);
-        QCOMPARE(m_shell.messages, removed ? QStringList{tooFarWarning} : QStringList());
-        QCOMPARE(scene.curves.size(), removed ? 0 : 1);
-        QVERIFY2(curve.isNull() == removed && !scene.chart.leftScale == removed,
+        scene.flat(8, 10, 0);
+        const int w = printed ? 1280 : 800, h = printed ? 960 : 500, f = printed ? 2 : 1;
+        const QRect plot(QPoint(56 * f, 41 * f), QPoint(w - scene.strip() * f - 2, h - 47 * f));
+        const QImage image = scene.paint(w, h);
+        QCOMPARE(m_shell.messages, removed ? QStringList{tooFar} : QStringList());
+        QVERIFY2(curve.isNull() == removed && !scene.chart.leftScale == removed &&
+                     scene.curves.size() == 2 - removed,
                  "a removed curve is deleted and its scale cleared");
+        QVERIFY2(!drawn || contains(image, plot, blue), "drawn");
+        QCOMPARE(image.pixelColor(55 * f, plot.center().y()), label.isEmpty() ? black : blue);
+        QCOMPARE(image.pixelColor(printed ? QPoint(w - 192, 208) : QPoint(w - 196, 104)),
+                 label.isEmpty() ? green : blue); // the first swatch
+        const QStringList follower{printed ? key : name, "Statements"};
+        QCOMPARE(scene.recorder.textsIn(w - scene.strip() * f, 0, w, h - 85 * f),
+                 (label.isEmpty() ? QStringList() : QStringList{label, "Statements"}) + follower);
+        // The pass that removes a curve skips the one after it, which comes back next time.
+        QVERIFY2(contains(image, plot, green) != removed, "follower skipped only then");
+        QVERIFY2(contains(scene.paint(w, h), plot, green), "follower drawn again");
     }
 
-    void removalSkipsFollower()
+    void tooltip_data()
     {
-        // The curve after a removed one is left out of that pass's drawing, though it
-        // keeps its legend entry, and comes back at the next paint.
-        Scene scene;
-        scene.add({-10, 0.5, 1}, {5, 5, 5}, 10, 0, blue);
-        scene.flat(5, 10, 0);
-        const QRect plot(56, 41, 493, 370);
-        const QImage first = scene.paint(800, 500);
-        QVERIFY2(!contains(first, plot, green), "skipped in the pass that removed its neighbour");
-        QCOMPARE(first.pixelColor(604, 104), green);
-        QVERIFY2(contains(scene.paint(800, 500), plot, green), "drawn again next time");
-        QCOMPARE(m_shell.messages, QStringList{tooFarWarning});
+        QTest::addColumn<Hover>("c");
+        // points: (hours, value), at (55 + hours, 400 - value) on the paper; value: 0 for no
+        // tip; hours: the tip's date from the view start.
+        auto row = [](const char* name, const QList<QPoint>& points, QPoint at, double value,
+                      int hours, bool fromZero = false, bool behindFlatZero = false) {
+            QTest::newRow(name) << Hover{points, at, value, hours, fromZero, behindFlatZero};
+        };
+        const QList<QPoint> nearlyFlat{{100, 100}, {400, 105}}, steep{{100, 50}, {150, 250}};
+        const QList<QPoint> back{{45, 100}, {47, 300}, {345, 100}}; // steep, then falling
+        row("nearly flat: the right end's value", nearlyFlat, {300, 298}, 105, 245);
+        row("in the slack, beyond the ends", nearlyFlat, {300, 301}, 0, 0);
+        row("left of the curve", nearlyFlat, {120, 299}, 0, 0);
+        row("slope 0.03 is not flat", {{100, 100}, {200, 103}}, {205, 298}, 101.5, 150);
+        row("slope 1: the curve's height", {{100, 100}, {200, 200}}, {205, 249}, 150, 150);
+        row("steep: the pointer's height", steep, {180, 250}, 150, 125);
+        row("steep, scale from zero", steep, {180, 250}, 150, 125, true);
+        row("behind a flat zero curve: quiet", steep, {180, 250}, 0, 0, false, true);
+        row("zero at the pointer", {{0, 10}, {600, 0}}, {355, 395}, 0, 0);
+        // The point under the pointer is neither end; the segment two back is then empty.
+        row("above a point", {{100, 100}, {200, 100}, {202, 300}}, {255, 290}, 0, 0);
+        row("near the segment before", back, {103, 200}, 200, 46);
+        row("at the slack's lower edge", back, {103, 298}, 0, 0);
+        row("at the slack's upper edge", back, {103, 102}, 0, 0);
     }
 
-    void printedPenWidth_data()
+    void tooltip()
     {
-        QTest::addColumn<int>("width");
-        QTest::addColumn<int>("thickness");
-        QTest::newRow("4760 wide: 7 units") << 4760 << 7;
-        QTest::newRow("2040 wide: 3 units") << 2040 << 3;
-        QTest::newRow("640 wide: thinnest pen") << 640 << 1;
+        QFETCH(Hover, c);
+        const auto [points, at, value, hours, fromZero, behindFlatZero] = c;
+        // 905 x 500 over 25 days: a plot of 600 x 350, one unit an hour and a value.
+        Scene scene(false, 25);
+        if (behindFlatZero)
+            scene.flat(0, 0, 0);
+        QList<QPointF> fractions;
+        for (const QPoint& p : points)
+            fractions << QPointF(p.x() / 600.0, p.y());
+        scene.add(fractions, 350, fromZero ? 100 : 0, blue)->fixedScale = fromZero;
+        scene.paint(905, 500); // the curves take the paper's geometry
+        QWidget paper;
+        const KVDToolTip::Tip tip =
+            KVDToolTip(&paper, &scene.curves, &scene.config, nullptr).tipAt(at);
+        const QDateTime date = scene.chart.start.addSecs(hours * 3600);
+        QCOMPARE(tip.quiet, behindFlatZero);
+        QCOMPARE(tip.found, value != 0);
+        QCOMPARE(tip.value, value);
+        QVERIFY2(value == 0 || (tip.date == date && tip.text == "Coverage alice" &&
+                                tip.status == date.toString() + " Coverage Statements = " +
+                                                  QString::number(value)),
+                 qPrintable(tip.status));
     }
 
-    void printedPenWidth()
+    void axis_data()
     {
-        QFETCH(int, width);
-        QFETCH(int, thickness);
-        Scene scene;
-        scene.flat(500, 500, 500);
-        const int height = width * 3 / 4;
-        const QImage page = scene.paint(width, height, true);
-        int run = 0;
-        for (int y = 0; y < height; ++y)
-            run += page.pixelColor(width / 2, y) == green;
-        QCOMPARE(run, thickness);
-        // Around a printed chart the margins are white, not grey.
-        QCOMPARE(page.pixelColor(2, height / 2), QColor(Qt::white));
-        QCOMPARE(page.pixelColor(width - 2, height / 2), QColor(Qt::white));
+        QTest::addColumn<Span>("c");
+        // cells: the first fine cells, then the first coarse one, none when nothing is drawn;
+        // fineFrom, coarseFrom: where the first of each row begins.
+        auto row = [](const char* name, const QDateTime& start, double days,
+                      const QStringList& cells, const QDateTime& fineFrom,
+                      const QDateTime& coarseFrom, double width = 1295, double scale = 1) {
+            QTest::newRow(name) << Span{start, days, cells, fineFrom, coarseFrom, width, scale};
+        };
+        auto weeks = [](const QString& cells, const QString& coarse) {
+            QStringList labels;
+            for (const QString& cell : cells.split(' '))
+                labels << cell.left(1) + "Week " + cell.mid(1);
+            return labels << coarse;
+        };
+        const QDateTime wed = at(2009, 1, 7, 10, 30), ten = at(2009, 1, 7, 10);
+        const QDateTime jan7 = at(2009, 1, 7), jan5 = at(2009, 1, 5), jan1 = at(2009, 1, 1);
+        const QStringList hours{"G10", "L11", "LWed 7 Jan 2009"};
+        row("2 days: hours from the whole hour, days", wed, 2, hours, ten, jan7);
+        row("scaled by 2", wed, 2, hours, ten, jan7, 333.3, 2);
+        row("33 days: days, months", wed, 33, {"L7", "G8", "LJan 2009"}, jan7, jan1, 601.3);
+        row("123 days: weeks from Monday, months", wed, 123, weeks("G2 L3", "LJan 2009"), jan5,
+            jan1);
+        // To 1 January 2012: neither a month nor a year cell begins at the end.
+        row("1000 days: months, years", at(2009, 4, 6), 1000, {"GApr", "LMay", "L2009"},
+            at(2009, 4, 1), jan1, 487.3);
+        row("1001 days: an hour band, years", wed, 1001, {"G", "G", "L2009"}, wed, wed, 975.3);
+        row("2 Jan 2009 is in week 1", at(2009, 1, 2), 38, weeks("L1 G2 L3 G4", "GDec 2008"),
+            at(2008, 12, 29), at(2008, 12, 1));
+        row("29 Dec 2008 is week 1", at(2008, 12, 1), 38,
+            weeks("L49 G50 L51 G52 L1 G2", "GDec 2008"), at(2008, 12, 1), at(2008, 12, 1));
+        row("28 Dec 2009 is week 53", at(2009, 12, 1), 38,
+            weeks("L49 G50 L51 G52 L53 L1", "LNov 2009"), at(2009, 11, 30), at(2009, 11, 1), 777);
+        row("Saturday 2 Jan 2010", at(2010, 1, 2), 38, weeks("L53 L1 G2 L3", "GDec 2009"),
+            at(2009, 12, 28), at(2009, 12, 1));
+        row("Monday 4 Jan 2010 is week 1", at(2010, 1, 4), 38, weeks("L1 G2 L3", "LJan 2010"),
+            at(2010, 1, 4), at(2010, 1, 1));
+        // A week is a fifth of the plot: the long form needs room for seven a's.
+        QImage probe(1, 1, QImage::Format_RGB32);
+        const int sevenAs = QPainter(&probe).fontMetrics().horizontalAdvance("aaaaaaa");
+        row("seven a's just fit a week", jan5, 35, weeks("G2 L3", "LJan 2009"), jan5, jan1,
+            5 * sevenAs + 0.5);
+        row("one unit short: W 2", jan5, 35, {"GW 2", "LW 3", "LJan 2009"}, jan5, jan1,
+            5 * sevenAs - 0.5);
+        row("zero seconds", wed, 0, {}, {}, {});
+        row("end a day before", wed, -1, {}, {}, {});
+        row("end within the first hour", wed, -600 / 86400.0, {"G10", "LWed 7 Jan 2009"}, ten,
+            jan7);
     }
 
-    void printedBlankWithoutDates()
+    void axis()
     {
-        Scene scene;
-        scene.chart.datesSet = false;
-        QImage white(1280, 960, QImage::Format_RGB32);
-        white.fill(Qt::white);
-        QVERIFY2(scene.paint(1280, 960, true) == white, "a blank page");
-    }
-
-    void printedFarCurveKept()
-    {
-        // 5000 units left of the plot on paper: drawn and kept, but the legend keeps the
-        // screen's limit and leaves it out. 1280 wide: the plot runs from 110, 870 wide.
-        Scene scene;
-        scene.add({-5110.0 / 870, 0.5, 1}, {5, 5, 5}, 10, 0);
-        QVERIFY2(contains(scene.paint(1280, 960, true), QRect(110, 0, 870, 960), green), "drawn");
-        QCOMPARE(m_shell.messages, QStringList());
-        QCOMPARE(scene.curves.size(), 1);
-        QCOMPARE(scene.texts(1280, 960, QRectF(1080, 0, 200, 760), true), QStringList());
+        QFETCH(Span, c);
+        const auto [start, days, cells, fineFrom, coarseFrom, width, scale] = c;
+        Axis axis, every;
+        const QImage image = axis.build(width, start, days, scale);
+        const double fineTop = 300 - 85 * scale, coarseTop = 300 - 66 * scale;
+        const auto fine = axis.rows.value(fineTop), coarse = axis.rows.value(coarseTop);
+        QCOMPARE(axis.rows.size(), qsizetype(cells.isEmpty() ? 0 : 2));
+        if (cells.isEmpty())
+            return;
+        QStringList found;
+        for (const auto& cell : fine.mid(0, cells.size() - 1) + coarse.mid(0, 1))
+            found << cell.second;
+        QCOMPARE(found, cells);
+        // The first cells begin at or before the start; none begins at or after the end.
+        const double S = qRound64(days * 86400), k = width / S, left = 55 * scale;
+        QCOMPARE(fine[0].first, left + k * start.secsTo(fineFrom));
+        QCOMPARE(coarse[0].first, left + k * start.secsTo(coarseFrom));
+        for (const auto& cell : fine + coarse)
+            QVERIFY2((cell.first - left) / k < S - 0.5, qPrintable("past the end: " + cell.second));
+        if (S < 0)
+            return;
+        // Runs of identical hour cells are drawn once: that must give the picture of every hour
+        // drawn, as a painter that replaces pixels (and so may not skip them) draws it.
+        const bool band = days > 1000;
+        const QImage all = every.build(width, start, days, scale, QPainter::CompositionMode_Source);
+        QCOMPARE(every.rows.value(fineTop).size(), band ? qsizetype(days * 24) : fine.size());
+        QVERIFY2(!band || fine.size() < every.rows.value(fineTop).size(), "repeats skipped");
+        QVERIFY2(!band || image.copy(0, 0, 1600, coarseTop) == all.copy(0, 0, 1600, coarseTop),
+                 "above the coarse row, the pixels of every hour drawn");
+        // Neighbouring cells share their border, and their stripes follow them without a gap.
+        const QMap<QRgb, QChar> stripes{{qRgb(250, 250, 250), 'L'}, {qRgb(240, 240, 240), 'G'}};
+        for (int x = left + 1; x < int(left + width); ++x) {
+            QVERIFY2(stripes.contains(image.pixel(x, 100)),
+                     qPrintable(QString("stripe gap at %1").arg(x)));
+            for (int y :
+                 {int(fineTop) + 1, int(coarseTop) + 1}) { // under the borders, above labels
+                const QColor c = image.pixelColor(x, y);
+                QVERIFY2(c == black || c == QColor(Qt::lightGray) || c == gray,
+                         qPrintable(c.name()));
+                QVERIFY2(band || c != black || image.pixelColor(x - 1, y) != black,
+                         qPrintable(QString("double border at %1").arg(x)));
+            }
+        }
+        for (int i = 1; !band && i < fine.size(); ++i) {
+            const int border = int(fine[i].first); // the stripe begins just right of it
+            QVERIFY2(border <= left + 1 || border >= int(left + width) - 1 ||
+                         (stripes.value(image.pixel(border, 100)) == fine[i - 1].second[0] &&
+                          stripes.value(image.pixel(border + 1, 100)) == fine[i].second[0]),
+                     qPrintable(QString("stripe off its cell at %1").arg(border)));
+        }
     }
 };
 

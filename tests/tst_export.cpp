@@ -1,19 +1,23 @@
 #include "chartfixture.h"
 #include "fakestudio.h"
 #include "kvdcsvexport.h"
+#include "kvdoutput.h"
+#include "kvdview.h"
 #include "modalanswerer.h"
-#include "qakvd.h"
+#include "recordingshell.h"
 #include "samplerepository.h"
 #include "testenv.h"
 
+#include <QCryptographicHash>
 #include <QDialog>
+#include <QProcess>
 #include <QRandomGenerator>
+#include <QSvgRenderer>
 #include <QtTest>
 
-#include <ctime>
-
-// The CSV export of the shown curves: golden files, the rows compared with a scan of
-// every point for every row, and the viewer's export command.
+// What leaves the viewer as files: the CSV export (golden files, and every row compared
+// with a scan of every point), the window's Export item, and kvd render and kvd export,
+// which draw and export a repository they only ever read.
 using Curves = QList<QPolygon>;
 
 namespace {
@@ -61,8 +65,14 @@ class TstExport : public QObject
     Q_OBJECT
 
 private:
-    QTemporaryDir m_dir;
     FakeStudio m_host;
+    RecordingShell m_shell{&m_host};
+    QTemporaryDir m_dir;
+    SampleRepository m_plain; // no saved view
+    SampleRepository m_saved; // a saved view of two curves
+    QByteArray m_csv;         // the export of the saved view, and of its 2024-06-01 to
+    QByteArray m_rangeCsv;    // 2024-06-20 12:00 part
+    QString m_savedStart;     // where the saved view starts
 
     QList<KVDCurve*> curves(const Curves& points)
     {
@@ -71,13 +81,41 @@ private:
             made << ChartFixture::curve(m_dir.path(), p, 0.0, 100.0, 0.0);
         return made;
     }
+    QByteArray snapshot() const
+    {
+        QCryptographicHash hash(QCryptographicHash::Md5);
+        for (const QString& root : {m_plain.root(), m_saved.root()})
+            for (const QFileInfo& info : QDir(root).entryInfoList(QDir::Files | QDir::Hidden))
+                hash.addData(info.fileName().toUtf8() + read(info.filePath()));
+        return hash.result();
+    }
 
 private slots:
     void initTestCase()
     {
         TestEnv::pin();
-        m_host.dataDirectory = TestEnv::built("share/kavendi");
+        m_host.dataDirectory = TestEnv::built(QStringLiteral("share/kavendi"));
         m_host.install();
+        m_shell.use();
+        const KVDSampleWriter::Options options{3, 90, 4, 1, QDate(2024, 6, 30)};
+        QVERIFY2(m_plain.fill(options) && m_saved.fill(options), qPrintable(m_plain.error()));
+        // Two choices from the viewer's menus, saved as the viewer saves them.
+        KVDView view;
+        QVERIFY(view.load(m_saved.root(), QString(), false));
+        view.selectField(QStringLiteral("Coverage"));
+        QVERIFY(view.selectMeasure(2, QStringLiteral("bob")));
+        view.selectField(QStringLiteral("Test runs"));
+        QVERIFY(view.selectMeasure(1, QStringLiteral("alice")));
+        view.storeView();
+        m_savedStart = view.start.toString("yyyy-MM-ddTHH:mm:ss");
+        // A user with one measure of the three.
+        QVERIFY(m_plain.writePair("tests", "dora", 2, {{1717200000, 1, {1, 2}}}));
+        m_csv = KVDCsvExport::rows(view.curves, view.start, view.end);
+        view.setRange(QDateTime(QDate(2024, 6, 1), QTime()),
+                      QDateTime(QDate(2024, 6, 20), QTime(12, 0)));
+        m_rangeCsv = KVDCsvExport::rows(view.curves, view.start, view.end);
+        QVERIFY2(m_csv.count('\n') > 5 && m_rangeCsv.count('\n') > 5 && m_csv != m_rangeCsv,
+                 "distinct exports");
     }
     void cleanup() { qputenv("TZ", "UTC"), tzset(); }
 
@@ -152,7 +190,7 @@ private slots:
         qDeleteAll(shown);
     }
 
-    void exportCommand_data()
+    void exportItem_data()
     {
         QTest::addColumn<QString>("answer"); // the file name typed, or empty to cancel
         QTest::addColumn<bool>("shown");     // a curve is on display
@@ -161,23 +199,20 @@ private slots:
             << "out.csv" << true
             << QByteArray("=DATE(2001;1;1)+TEMPS(0;0;0),12\n=DATE(2001;1;1)+TEMPS(0;1;0),3\n");
         QTest::newRow("cancelled") << "" << true << QByteArray();
-        QTest::newRow("no curve") << "out.csv" << false << QByteArray();
-        QTest::newRow("unwritable") << "/proc/kvd-out.csv" << true << QByteArray();
+        QTest::newRow("no curve: no dialog") << "out.csv" << false << QByteArray();
+        QTest::newRow("unwritable, quietly") << "/proc/kvd-out.csv" << true << QByteArray();
     }
 
-    void exportCommand()
+    void exportItem()
     {
         QFETCH(QString, answer);
         QFETCH(bool, shown);
         QFETCH(QByteArray, written);
-        SampleRepository repository;
-        QVERIFY(repository.writePair("tests", "alice", 2, {{978307200, 1, {1, 2}}}));
-        qputenv("ZANTH_KVD_ROOT", QFile::encodeName(repository.root()));
-        QAKVD viewer(nullptr, "export", 0, true);
-        viewer.view().start = QDateTime(QDate(2001, 1, 1), QTime(0, 0));
-        viewer.view().end = viewer.view().start.addDays(1);
+        KVDView view;
+        view.start = QDateTime(QDate(2001, 1, 1), QTime(0, 0));
+        view.end = view.start.addDays(1);
         if (shown)
-            viewer.view().curves << curves({{{0, -12}, {60, -3}}});
+            view.curves << curves({{{0, -12}, {60, -3}}});
         QTemporaryDir out;
         const QString path = QDir(out.path()).filePath(answer);
         ModalAnswerer answers;
@@ -185,11 +220,105 @@ private slots:
         if (shown)
             answers.push(answer.isEmpty() ? ModalAnswerer::click("Cancel")
                                           : ModalAnswerer::type("fileNameEdit", path, accept));
-        viewer.ImportFile(0);
+        KVDOutput(view, nullptr).exportCsv();
         QVERIFY2(answers.unexpected() == 0 && answers.pending() == 0,
                  "the save dialog only, once a curve is shown");
         QCOMPARE(read(path), written);
         QCOMPARE(QDir(out.path()).entryList(QDir::Files).size(), written.isEmpty() ? 0 : 1);
+    }
+
+    void kvd_data()
+    {
+        // R, S: the repository without and with a saved view; E: an empty directory;
+        // O.x: a file in the output directory.
+        QTest::addColumn<QString>("args");
+        QTest::addColumn<int>("status");
+        QTest::addColumn<QString>("expect"); // what is in O.x, or on standard error
+        const QString two = " --curve cov4:bob:2 --curve tests2:alice:1";
+        const QString range = " --from 2024-06-01 --to 2024-06-20T12:00:00";
+        QTest::newRow("png") << "render --root R --size 640x400 -o O.png" + two << 0 << "curves";
+        QTest::newRow("png, no saved view")
+            << "render --root R --size 640x400 -o O.png" << 0 << "none";
+        QTest::newRow("png, saved view")
+            << "render --root S --size 640x400 -o O.png" << 0 << "curves";
+        QTest::newRow("svg") << "render --root R --size 640x400 -o O.svg" + two << 0 << "svg";
+        QTest::newRow("pdf") << "render --root R --size 640x400 -o O.pdf" + two << 0 << "pdf";
+        QTest::newRow("csv, saved view") << "export --root S -o O.csv" << 0 << "csv";
+        QTest::newRow("csv, saved view, range")
+            << "export --root S --view -o O.csv" + range << 0 << "range";
+        QTest::newRow("csv, same curves") << "export --root R -o O.csv" + two << 0 << "csv";
+        QTest::newRow("csv, same curves, range")
+            << "export --root R -o O.csv" + two + range << 0 << "range";
+        QTest::newRow("no root") << "render -o O.png" << 2 << "--root R is required";
+        QTest::newRow("missing root") << "render --root /none -o O.png" << 2 << "no such directory";
+        QTest::newRow("no measures") << "render --root E -o O.png" << 1 << "cannot be shown";
+        QTest::newRow("no field") << "render --root R --curve cov4:al -o O.png" << 2 << "KEY:USER";
+        QTest::newRow("measure") << "render --root R --curve x4:al:1 -o O.png" << 1 << "no measure";
+        QTest::newRow("user") << "export --root R --curve cov4:zed:1 -o O.csv" << 1 << "no user";
+        QTest::newRow("field") << "render --root R --curve cov4:alice:5 -o O.png" << 1 << "1 to 4";
+        QTest::newRow("last field")
+            << "render --root R --size 640x400 --curve cov4:alice:4 -o O.png" << 0 << "curves";
+        QTest::newRow("measure of another user")
+            << "export --root R --curve cov4:dora:1 -o O.csv" << 1 << "dora has no measure cov4";
+        QTest::newRow("range ending at the view start")
+            << "export --root S --to VS -o O.csv" << 1 << "is empty";
+        QTest::newRow("size") << "render --root R --size 640x -o O.png" << 2 << "--size takes";
+        QTest::newRow("small") << "render --root R --size 300x100 -o O.png" << 2 << "--size takes";
+        QTest::newRow("extension") << "render --root R -o O.gif" << 2 << ".png, .svg or .pdf";
+        QTest::newRow("date") << "export --root R --from 2024-02-30 -o O.csv" << 2 << "--from";
+        QTest::newRow("definitions") << "render --root R --builtin /x -o O.png" << 1 << "no such";
+        QTest::newRow("empty export") << "export --root R -o O.csv" << 1 << "no curve to export";
+        QTest::newRow("render --help") << "render --help" << 0 << "Usage: kvd render ";
+        QTest::newRow("export --help") << "export --help" << 0 << "Usage: kvd export ";
+    }
+
+    void kvd()
+    {
+        QFETCH(QString, args);
+        QFETCH(int, status);
+        QFETCH(QString, expect);
+        QTemporaryDir empty, out;
+        QStringList words = args.split(' ');
+        for (QString& w : words)
+            w = w == "R"             ? m_plain.root()
+                : w == "S"           ? m_saved.root()
+                : w == "E"           ? empty.path()
+                : w == "VS"          ? m_savedStart
+                : w.startsWith("O.") ? out.filePath(w)
+                                     : w;
+        const QByteArray before = snapshot();
+        QProcess kvd;
+        kvd.start(TestEnv::built(QStringLiteral("bin/kvd")), words);
+        QVERIFY(kvd.waitForFinished(60000) && kvd.exitStatus() == QProcess::NormalExit);
+        const QByteArray err = kvd.readAllStandardError();
+        QCOMPARE(kvd.exitCode(), status);
+        QVERIFY2(snapshot() == before, "the repositories are left as they were");
+        const QStringList written = QDir(out.path()).entryList(QDir::Files);
+        const bool usage = expect.startsWith("Usage");
+        QCOMPARE(written.size(), status || usage ? 0 : 1);
+        if (status != 0 || usage) {
+            const QByteArray said = usage ? kvd.readAllStandardOutput() : err;
+            QVERIFY2(said.contains(expect.toUtf8()), said.constData());
+            return;
+        }
+        const QByteArray bytes = read(out.filePath(written[0]));
+        if (expect == "csv" || expect == "range") {
+            QCOMPARE(bytes, expect == "csv" ? m_csv : m_rangeCsv);
+        } else if (expect == "pdf" || expect == "svg") {
+            QVERIFY2(expect == "pdf"
+                         ? bytes.startsWith("%PDF-") && bytes.contains("/MediaBox [0 0 640")
+                         : QSvgRenderer(bytes).viewBox() == QRect(0, 0, 640, 400),
+                     "one 640 x 400 page or picture");
+        } else {
+            const QImage image = QImage::fromData(bytes, "PNG");
+            QCOMPARE(image.size(), QSize(640, 400));
+            int coloured = 0; // curves are the only saturated colour inside the plot
+            for (int y = 50; y < 300; ++y)
+                for (int x = 55; x < 390; ++x)
+                    coloured += QColor(image.pixel(x, y)).hsvSaturation() > 128;
+            QVERIFY2((coloured > 100) == (expect == "curves"),
+                     qPrintable(QString::number(coloured)));
+        }
     }
 };
 

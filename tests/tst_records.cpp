@@ -1,78 +1,75 @@
 #include "fakestudio.h"
 #include "kvdchecklist.h"
-#include "kvdcurve.h"
+#include "kvdconfigdlg.h"
+#include "kvdconfigmsg.h"
 #include "kvdcustomselect.h"
+#include "kvdevent.h"
+#include "kvdeventset.h"
 #include "kvdmeasurefile.h"
 #include "modalanswerer.h"
 #include "qakvd.h"
 #include "qalistview.h"
 #include "samplerepository.h"
-#include "stderrcapture.h"
 #include "testenv.h"
 
-#include <QComboBox>
-#include <QDirIterator>
-#include <QMenu>
-#include <QSpinBox>
 #include <QtTest>
+#include <QtWidgets>
 
 #include <memory>
 
-// Record selection dialogs, record deletion and custom files, on a started viewer whose
-// users are alice and bob.
 namespace {
 
-// alice's records in file order, keys 7 and 8 in turn; the dialogs' first range,
-// 2001-01-01 to 2001-02-01, holds the first, second and fifth.
+// alice's records in file order, keys 7 and 8 in turn, values (n, 9); the dialogs' first
+// range, 2001-01-01 to 2001-02-01, holds the first, second and fifth.
+const QStringList Dates{"2001-01-10T00:00:00", "2001-02-01T00:00:00", "2001-02-01T12:00:00",
+                        "2001-02-01T00:00:01", "2001-01-01T00:00:00", "2001-03-01T00:00:00"};
+
 QList<KVDSampleWriter::Record> records()
 {
     QList<KVDSampleWriter::Record> list;
-    for (const char* date : {"2001-01-10T00:00:00", "2001-02-01T00:00:00", "2001-02-01T12:00:00",
-                             "2001-02-01T00:00:01", "2001-01-01T00:00:00", "2001-03-01T00:00:00"})
+    for (const QString& date : Dates)
         list.append({quint32(QDateTime::fromString(date, Qt::ISODate).toSecsSinceEpoch()),
                      quint32(7 + list.size() % 2),
                      {quint32(list.size()) + 1, 9}});
     return list;
 }
 
-template <typename Text> QStringList texts(int count, Text text)
+QByteArray bytes(const QString& path)
 {
-    QStringList list;
-    for (int i = 0; i < count; ++i)
-        list << text(i);
-    return list;
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-QStringList dates(const QString& path)
+// Answers a dialog, in turn: spin boxes and line edits by name (name=value), the record
+// list's rows to check (rows=025), all of them (all) or the others (invert), buttons by text.
+ModalAnswerer::Answer answer(const QString& script)
 {
-    KVDMeasureFile file;
-    QStringList found;
-    if (file.open(path, 2))
-        while (const quint32* record = file.next())
-            found << QDateTime::fromSecsSinceEpoch(record[0]).toString(Qt::ISODate);
-    return found;
-}
-
-QMap<QString, QByteArray> snapshot(const QString& dir)
-{
-    QMap<QString, QByteArray> files;
-    for (QDirIterator it(dir, QDir::Files); it.hasNext();) {
-        QFile file(it.next());
-        files[it.fileName()] = file.open(QIODevice::ReadOnly) ? file.readAll() : "?";
-    }
-    return files;
-}
-
-// From January, so that the month chosen last decides the day shown.
-void setDate(QWidget* dialog, const QString& row, int year, int month, int day)
-{
-    for (auto [box, value] : QList<std::pair<const char*, int>>{
-             {"Month", 1}, {"Day", day}, {"Year", year}, {"Month", month}})
-        dialog->findChild<QSpinBox*>(row + box)->setValue(value);
+    return [script](QWidget* modal) {
+        for (const QString& step : script.split(' ', Qt::SkipEmptyParts)) {
+            const QString name = step.section('=', 0, 0);
+            const QString value = step.section('=', 1);
+            auto* list = modal->findChild<QTreeWidget*>();
+            auto* records = qobject_cast<KVDCustomSelect*>(modal);
+            if (step == "all" || step == "invert")
+                step == "all" ? records->SelectAll(1) : records->Reverse(1);
+            else if (!step.contains('='))
+                ModalAnswerer::click(step)(modal);
+            else if (auto* box = modal->findChild<QSpinBox*>(name))
+                box->setValue(value.toInt());
+            else if (auto* edit = modal->findChild<QLineEdit*>(name))
+                edit->setText(value);
+            else
+                for (int row = 0; row < list->topLevelItemCount(); ++row)
+                    list->topLevelItem(row)->setCheckState(
+                        0, value.contains(QString::number(row)) ? Qt::Checked : Qt::Unchecked);
+        }
+    };
 }
 
 } // namespace
 
+// Record editing on a started viewer whose users are alice and bob: the record selection
+// dialogs, range and record-by-record deletion, custom curves, and the property dialogs.
 class TstRecords : public QObject
 {
     Q_OBJECT
@@ -87,14 +84,15 @@ private:
     bool startViewer(const QString& sub = QString())
     {
         m_root = m_repository->root() + '/' + sub;
-        const QList<KVDSampleWriter::Record> bob{{978652800, 3, {1, 2, 3, 4}}};
         if (!QDir().mkpath(m_root) ||
             !KVDSampleWriter::writePair(m_root, "tests", "alice", 2, records()) ||
             !KVDSampleWriter::writePair(m_root, "tests", "bob", 2, records().mid(0, 1)) ||
-            !KVDSampleWriter::writePair(m_root, "cov", "bob", 4, bob))
+            !KVDSampleWriter::writePair(m_root, "cov", "bob", 4, {{978652800, 3, {1, 2, 3, 4}}}))
             return false;
         qputenv("ZANTH_KVD_ROOT", QFile::encodeName(m_root));
+        m_viewer.reset(); // a window going ends the started state
         m_viewer = std::make_unique<QAKVD>(nullptr, "records", 0, true);
+        m_host.starts = m_host.steps = m_host.ends = 0;
         return QAKVD::Launched() && QAKVD::GetCurrentUser() == "alice";
     }
 
@@ -110,263 +108,227 @@ private slots:
     {
         m_repository = std::make_unique<SampleRepository>();
         m_answers = std::make_unique<ModalAnswerer>();
-        m_host.starts = m_host.steps = m_host.ends = 0;
+        QVERIFY2(startViewer(), "the viewer starts with alice chosen");
     }
 
     void cleanup()
     {
         m_viewer.reset();
+        m_host.install();
         QVERIFY2(!m_answers->unexpected() && !m_answers->pending(),
                  qPrintable(m_answers->seen().join('\n')));
     }
 
-    void dayFollowsMonth_data()
+    void dialogs_data()
     {
-        QTest::addColumn<QString>("row");
-        QTest::addColumn<QDate>("chosen"); // after day 31 of January
-        QTest::newRow("from February 2001") << "from" << QDate(2001, 2, 28);
-        QTest::newRow("to February 2004") << "to" << QDate(2004, 2, 29);
-        QTest::newRow("to April") << "to" << QDate(2001, 4, 30);
-        QTest::newRow("from March keeps 31") << "from" << QDate(2001, 3, 31);
+        // range (for alice; bob; empty: no file of hers; gone: her file removed before OK),
+        // records (the record list, likewise), scale (the Customize form), event (at noon of
+        // a day, else today), labels (one field of cov), question; "bare": without a host.
+        QTest::addColumn<QString>("dialog");
+        QTest::addColumn<QString>("script"); // for answer()
+        // The result, then what the dialog holds: range: the files listed, dates and file;
+        // records: columns and rows; scale: dates; event: date and label; labels: the texts.
+        QTest::addColumn<QString>("outcome");
+        const auto row = [](const char* name, const char* dialog, const char* script,
+                            const QString& outcome) {
+            QTest::newRow(name) << QString(dialog) << QString(script) << outcome;
+        };
+        const QString today = QDate::currentDate().toString(Qt::ISODate);
+        row("range: from February", "range", "fromDay=31 fromMonth=2 OK",
+            "1 tests 2001-02-28 2001-02-01 tests.alice.2.kvd");
+        row("range: bob's files", "range bob", "OK",
+            "1 cov tests 2001-01-01 2001-02-01 cov.bob.4.kvd");
+        row("range: file gone before OK", "range gone", "OK", "1 tests 2001-01-01 2001-02-01 ");
+        row("records: no file of hers", "records empty", "OK", "1 4 0");
+        row("scale: from March keeps 31", "scale", "fromDay=31 fromMonth=3 OK",
+            "1 2001-03-31 2001-02-01");
+        row("scale: year capped, no host", "scale bare",
+            "toMonth=1 toDay=31 toMonth=4 toYear=2099 Cancel", "0 2001-01-01 2050-04-30");
+        row("event: into a common year", "event 2024-02-29", "eventYear=2023 eventLabel=a OK",
+            "1 2023-02-28 a");
+        row("event: before the years shown", "event 1990-06-15 bare", "Cancel", "0 2001-06-15 ");
+        // OK does nothing without a label; an emptied line keeps the label typed before.
+        row("event: today, label kept", "event", "OK eventLabel=a eventLabel= OK",
+            "1 " + today + " a");
+        row("labels", "labels", "label0=a label1=b OK", "1 a|b");
+        row("labels: OK waits for all, no host", "labels bare",
+            "label0=a label1=b label1= OK Ignore", "0 a|");
+        row("question: Ignore", "question", "Ignore", "0");
     }
 
-    void dayFollowsMonth()
+    void dialogs()
     {
-        QFETCH(QString, row);
-        QFETCH(QDate, chosen);
-        KVDRangeSelect dialog(m_repository->root(), nullptr, nullptr, 0);
-        setDate(&dialog, row, chosen.year(), chosen.month(), 31);
-        QCOMPARE(dialog.findChild<QSpinBox*>(row + "Day")->maximum(), chosen.daysInMonth());
-        QCOMPARE(row == "from" ? dialog.startDate : dialog.endDate, chosen);
+        QFETCH(QString, dialog);
+        QFETCH(QString, script);
+        QFETCH(QString, outcome);
+        auto* users = qobject_cast<QTreeWidget*>(m_viewer->contentOutlineWidget());
+        users->setCurrentItem(
+            users->findItems(dialog.contains("bob") ? "bob" : "alice", Qt::MatchExactly).value(0));
+        QTemporaryDir empty;
+        if (dialog.contains("bare"))
+            FakeStudio::uninstall();
+        const QDateTime noon(QDate::fromString(dialog.section(' ', 1, 1), Qt::ISODate),
+                             QTime(12, 0));
+        const QString dir = dialog.contains("empty") ? empty.path() : m_root;
+        KVDRangeSelect range(dir, nullptr, nullptr, 0);
+        KVDCustomSelect records(dir, nullptr, nullptr, 0, true);
+        KVDConfigDlg scale(nullptr, QString());
+        KVDEventSet event(nullptr, "event", 0, noon.isValid() ? noon.toSecsSinceEpoch() : 0);
+        KVDConfigDlg labels(nullptr, 1, "cov");
+        KVDConfigMsg question(nullptr);
+        const QMap<QString, QDialog*> all{{"range", &range},   {"records", &records},
+                                          {"scale", &scale},   {"event", &event},
+                                          {"labels", &labels}, {"question", &question}};
+        QDialog* shown = all[dialog.section(' ', 0, 0)];
+        QVERIFY(!dialog.contains("gone") || QFile::remove(m_root + "/tests.alice.2.kvd"));
+        m_answers->push(answer(script));
+        QStringList held(QString::number(shown->exec()));
+        const bool bare = dialog.contains("bare");
+        QVERIFY2(shown->windowTitle() == (shown == &question ? "Kavendi Configuration"
+                                          : bare             ? "Kavendi"
+                                                             : "Test Studio") &&
+                     shown->isModal() && !shown->windowIcon().isNull(),
+                 "every dialog is modal, with the viewer's icon and the host's title");
+        QVERIFY(shown != &question ||
+                question.text() == "Metric detected.\nDo you want to configure it?");
+        const auto iso = [](const QDate& date) { return date.toString(Qt::ISODate); };
+        for (int i = 0; shown == &range && i < range.findChild<QComboBox*>()->count(); ++i)
+            held << range.findChild<QComboBox*>()->itemText(i);
+        if (shown == &range)
+            held << iso(range.startDate) << iso(range.endDate) << range.fileName;
+        if (shown == &records)
+            held << QString::number(records.recordList()->columnCount())
+                 << QString::number(records.recordList()->topLevelItemCount());
+        if (shown == &scale)
+            held << iso(scale.GetStart()) << iso(scale.GetEnd());
+        if (shown == &event)
+            held << iso(event.eventDate()) << event.label();
+        if (shown == &labels)
+            held << labels.GetValue(0) + '|' + labels.GetValue(1);
+        QCOMPARE(held.join(' '), outcome);
     }
 
-    void comboListsTheCurrentUsersFiles_data()
-    {
-        QTest::addColumn<QString>("user");
-        QTest::addColumn<bool>("elsewhere"); // a directory holding only alice's files
-        QTest::addColumn<QStringList>("items");
-        QTest::addColumn<QString>("fileName"); // after OK
-        QTest::addColumn<int>("fields");
-        QTest::newRow("alice") << "alice" << false << QStringList{"tests"} << "tests.alice.2.kvd"
-                               << 2;
-        QTest::newRow("bob") << "bob" << false << QStringList{"cov", "tests"} << "cov.bob.4.kvd"
-                             << 4;
-        QTest::newRow("no file of bob") << "bob" << true << QStringList{} << "" << 0;
-    }
-
-    void comboListsTheCurrentUsersFiles()
-    {
-        QFETCH(QString, user);
-        QFETCH(bool, elsewhere);
-        QFETCH(QStringList, items);
-        QFETCH(QString, fileName);
-        QFETCH(int, fields);
-        QVERIFY2(startViewer(), "the viewer starts with alice chosen");
-        auto* tree = qobject_cast<QTreeWidget*>(m_viewer->contentOutlineWidget());
-        tree->setCurrentItem(tree->findItems(user, Qt::MatchExactly).value(0));
-        QTemporaryDir other;
-        QVERIFY(KVDSampleWriter::writePair(other.path(), "tests", "alice", 2, records()));
-        KVDRangeSelect dialog(elsewhere ? other.path() : m_root, m_viewer.get(), nullptr, 0);
-        auto* combo = dialog.findChild<QComboBox*>();
-        QCOMPARE(texts(combo->count(), [&](int i) { return combo->itemText(i); }), items);
-        m_answers->push(ModalAnswerer::click("OK"));
-        QCOMPARE(dialog.exec(), int(QDialog::Accepted));
-        QVERIFY2(dialog.fileName == fileName && dialog.fields == fields,
-                 qPrintable(dialog.fileName));
-    }
-
-    void listHoldsTheRangesRecords()
-    {
-        QVERIFY2(startViewer(), "the viewer starts with alice chosen");
-        KVDCustomSelect dialog(m_root, m_viewer.get(), nullptr, 0, true);
-        QAListView* list = dialog.recordList();
-        QCOMPARE(texts(list->columnCount(), [&](int c) { return list->headerItem()->text(c); }),
-                 QStringList({"Measure", "User", "Date", "FileId", "Field 1", "Field 2"}));
-        int outside = 0;
-        connect(list->model(), &QAbstractItemModel::rowsInserted, this,
-                [&] { outside += !KVDCustomSelect::InProgress; });
-        dialog.GetMeasure(0);
-        const int listed[] = {0, 1, 4};
-        const QStringList expected = texts(3, [&](int i) {
-            return QDateTime::fromSecsSinceEpoch(records()[listed[i]].date).toString();
-        });
-        QCOMPARE(
-            texts(list->topLevelItemCount(), [&](int r) { return list->topLevelItem(r)->text(2); }),
-            expected);
-        QVERIFY2(outside == 0 && !KVDCustomSelect::InProgress,
-                 "the busy flag is up while rows go in");
-        // The first record of key 8: its totals are the file's last totals plus its values.
-        auto* second = static_cast<KVDCheckList*>(list->topLevelItem(1));
-        QCOMPARE(texts(8, [&](int c) { return second->text(c); }),
-                 QStringList({"tests", "alice", expected[1], "8", "2", "3", "9", "18"}));
-        QVERIFY(second->position == 24 && second->secondText == "tests.alice.2.kvd");
-    }
-
-    void popUpItems_data()
-    {
-        QTest::addColumn<bool>("listed");
-        QTest::addColumn<QString>("item");
-        QTest::addColumn<QString>("checked"); // the first row was checked before
-        QTest::newRow("empty list") << false << "Select All"
-                                    << "";
-        QTest::newRow("select all") << true << "Select All"
-                                    << "222";
-        QTest::newRow("invert") << true << "Invert Selection"
-                                << "022";
-    }
-
-    void popUpItems()
-    {
-        QFETCH(bool, listed);
-        QFETCH(QString, item);
-        QFETCH(QString, checked);
-        QVERIFY2(startViewer(), "the viewer starts with alice chosen");
-        KVDCustomSelect dialog(m_root, m_viewer.get(), nullptr, 0, false);
-        QAListView* list = dialog.recordList();
-        if (listed) {
-            dialog.GetMeasure(0);
-            list->topLevelItem(0)->setCheckState(0, Qt::Checked);
-        }
-        QList<bool> enabled;
-        QTimer poll;
-        connect(&poll, &QTimer::timeout, this, [&] {
-            if (auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget())) {
-                for (QAction* action : menu->actions())
-                    if ((enabled << action->isEnabled()).last() && action->text() == item)
-                        action->trigger();
-                menu->close();
-            }
-        });
-        poll.start(5);
-        dialog.PopUp(nullptr, QPoint(20, 20), 0);
-        QCOMPARE(enabled, QList<bool>(2, listed));
-        QCOMPARE(texts(list->topLevelItemCount(),
-                       [&](int r) { return QString::number(list->topLevelItem(r)->checkState(0)); })
-                     .join(""),
-                 checked);
-    }
-
-    void deletion_data()
+    void edits_data()
     {
         QTest::addColumn<QString>("slot");
-        QTest::addColumn<QString>("sub");  // the repository's folder
-        QTest::addColumn<QDate>("to");     // from 2001-01-01
-        QTest::addColumn<QString>("kept"); // the one record the store takes back
-        QTest::addColumn<int>("reports");  // kept records the store refuses
-        QTest::addColumn<bool>("curve");   // a curve of the file is shown (and reloaded)
-        const QString shell = "a b;touch x$(echo y)";
-        const QDate to(2001, 2, 1);
-        QTest::newRow("range: end day kept at noon")
-            << "RangeDeletion"
-            << "" << to << "2001-02-01T12:00:00" << 2 << true;
-        QTest::newRow("range: shell text in root")
-            << "RangeDeletion" << shell << to << "2001-02-01T12:00:00" << 2 << false;
-        QTest::newRow("range: everything") << "RangeDeletion"
-                                           << "" << QDate(2002, 1, 1) << "" << 0 << false;
-        // The first listed row stays unchecked.
-        QTest::newRow("custom: rows") << "CustomDeletion"
-                                      << "" << to << "2001-01-10T00:00:00" << 3 << true;
-        QTest::newRow("custom: shell text in root")
-            << "CustomDeletion" << shell << to << "2001-01-10T00:00:00" << 3 << false;
+        QTest::addColumn<QString>(
+            "setup"); // shell: shell text in the folder; blocked: KVD.tmp in the way
+        QTest::addColumn<QString>("answers"); // '|' between dialogs; none: id 0
+        // alice's data file (its one record, or how many), its index's size, the temporary
+        // file, the progress display, its closings, the view file saved again, then the
+        // messages shown.
+        QTest::addColumn<QString>("outcome");
+        const auto row = [](const char* name, const char* slot, const char* setup,
+                            const char* answers, const QString& outcome) {
+            QTest::newRow(name) << QString(slot) << QString(setup) << QString(answers) << outcome;
+        };
+        const QString rewritten = " | KVD Processing... Stop Loading 6/6 | ends 1 | saved";
+        const QString untouched = "6 records | idx 16";
+        row("range: end day kept at noon", "RangeDeletion", "", "OK",
+            "2001-02-01T12:00:00 7 3 9 | idx 8" + rewritten);
+        row("range: everything", "RangeDeletion", "", "toYear=2002 toMonth=1 OK",
+            "- | idx 0" + rewritten);
+        row("range: move fails", "RangeDeletion", "blocked", "OK|OK",
+            "6 records | idx 0 | tmp | ends 1 | saved | warning|Test Studio|Kavendi Request has "
+            "failed\n");
+        // A day more lists two records of 2001-02-01 more; the second and third rows go.
+        row("custom: all, shell text in root", "CustomDeletion", "shell",
+            "toYear=2002 toMonth=1 all OK",
+            "- | idx 0 | KVD Processing... &Stop Loading 6/6 | ends 1 | saved");
+        row("custom: rows", "CustomDeletion", "", "toDay=2 rows=034 invert OK",
+            "2001-01-10T00:00:00 7 1 9 | idx 8 | KVD Processing... &Stop Loading 6/6 | "
+            "ends 1 | saved");
+        row("range cancelled", "RangeDeletion", "", "Cancel", untouched);
+        row("custom cancelled", "CustomDeletion", "", "Cancel", untouched + " | ends 1");
+        row("custom curves cancelled", "CustomCurveMenu", "", "Cancel", untouched);
+        row("custom curves, no rows", "CustomCurveMenu", "", "fromYear=2002 OK", untouched);
+        row("range id 0", "RangeDeletion", "", "", untouched + " | ends 1");
+        row("custom id 0", "CustomDeletion", "", "", untouched + " | ends 1");
+        row("custom curves id 0", "CustomCurveMenu", "", "", untouched);
     }
 
-    void deletion()
+    void edits()
     {
         QFETCH(QString, slot);
-        QFETCH(QString, sub);
-        QFETCH(QDate, to);
-        QFETCH(QString, kept);
-        QFETCH(int, reports);
-        QFETCH(bool, curve);
-        QVERIFY2(startViewer(sub), "the viewer starts with alice chosen");
-        m_viewer->view().selectField("Test runs");
-        QVERIFY(!curve || m_viewer->view().selectMeasure(1, "alice"));
-        m_answers->push([&](QWidget* modal) {
-            setDate(modal, "to", to.year(), to.month(), to.day());
-            if (auto* custom = qobject_cast<KVDCustomSelect*>(modal)) {
-                custom->SelectAll(1);
-                custom->recordList()->topLevelItem(0)->setCheckState(0, Qt::Unchecked);
-            }
-            ModalAnswerer::click("OK")(modal);
-        });
-        StderrCapture capture;
-        QVERIFY(QMetaObject::invokeMethod(m_viewer.get(), qPrintable(slot), Q_ARG(int, 1)));
-        const QByteArray reported = capture.text();
+        QFETCH(QString, setup);
+        QFETCH(QString, answers);
+        QFETCH(QString, outcome);
+        QVERIFY(setup != "shell" || startViewer("a b;touch x$(echo y)"));
+        QVERIFY(setup != "blocked" || QDir(m_root).mkpath("KVD.tmp/in the way"));
+        for (const QString& script : answers.split('|', Qt::SkipEmptyParts))
+            m_answers->push(answer(script));
+        // An event only the view holds: a rebuilt view saves it.
+        m_viewer->view().events.items() << new KVDEvent(QDate(2024, 5, 1), "x", true);
+        const QByteArray saved = bytes(m_root + "/KVD.cfg");
+        QVERIFY(QMetaObject::invokeMethod(m_viewer.get(), qPrintable(slot),
+                                          Q_ARG(int, answers.isEmpty() ? 0 : 1)));
         const QString data = KVDMeasureFile::path(m_root, "tests", "alice", 2);
-        QCOMPARE(dates(data), kept.isEmpty() ? QStringList() : QStringList{kept});
-        QCOMPARE(QFile::exists(data), !kept.isEmpty());
-        QCOMPARE(QFileInfo(KVDMeasureFile::path(m_root, "tests", "alice", 2, ".idx")).size(),
-                 kept.isEmpty() ? 0 : 8);
-        QCOMPARE(int(reported.count("Quillon - Kavendi: Unable to read DataBase file\n")), reports);
-        QVERIFY2(!QFile::exists(m_root + "/KVD.tmp"), "the temporary file goes");
-        if (curve) {
-            const QList<KVDCurve*>& curves = m_viewer->view().curves;
-            QVERIFY2(curves.size() == 1 && curves[0]->points->size() == 1,
-                     "the curve shows the shortened file");
-        } else { // reloading a curve would show its own progress
-            const QString cancel = slot == "RangeDeletion" ? "Stop Loading" : "&Stop Loading";
-            QCOMPARE(m_host.label + m_host.cancelText, "KVD Processing..." + cancel);
-            QVERIFY2(m_host.totalSteps == 6 && m_host.steps == 6 && m_host.ends > 0,
-                     "a step a record, then closed");
-        }
+        KVDMeasureFile file;
+        QStringList kept;
+        for (const quint32* r = file.open(data, 2) ? file.next() : nullptr; r; r = file.next())
+            kept << QDateTime::fromSecsSinceEpoch(r[0]).toString(Qt::ISODate) +
+                        QString(" %1 %2 %3").arg(r[1]).arg(r[2]).arg(r[4]);
+        QStringList parts{!QFile::exists(data) ? "-"
+                          : kept.size() == 1   ? kept[0]
+                                               : QString("%1 records").arg(kept.size()),
+                          QString("idx %1").arg(QFileInfo(data.chopped(3) + "idx").size())};
+        const auto note = [&parts](bool shown, const QString& text) {
+            if (shown)
+                parts << text;
+        };
+        note(QFile::exists(m_root + "/KVD.tmp"), "tmp");
+        note(m_host.starts, QString("%1 %2 %3/%4")
+                                .arg(m_host.label, m_host.cancelText)
+                                .arg(m_host.steps)
+                                .arg(m_host.totalSteps));
+        note(m_host.ends, QString("ends %1").arg(m_host.ends));
+        note(bytes(m_root + "/KVD.cfg") != saved, "saved");
+        QCOMPARE((parts + m_answers->seen().mid(1)).join(" | "), outcome);
     }
 
-    void moveFailureRewritesNothing()
+    // A custom curve from checked rows, and the record list that offers them.
+    void customCurve()
     {
-        QVERIFY2(startViewer(), "the viewer starts with alice chosen");
-        QVERIFY(QDir(m_root).mkpath("KVD.tmp/in the way"));
-        QMap<QString, QByteArray> files = snapshot(m_root);
-        files.remove("tests.alice.2.idx"); // goes before the move
-        m_answers->push(ModalAnswerer::click("OK"));
-        m_answers->push(ModalAnswerer::click("OK"));
-        m_viewer->RangeDeletion(1);
-        QVERIFY2(snapshot(m_root) == files && m_host.starts == 0, "nothing is rewritten");
-        QCOMPARE(m_answers->seen().value(1),
-                 QString("warning|Test Studio|Kavendi Request has failed\n"));
-    }
+        m_viewer->view().selectField("Test runs");
+        QVERIFY(m_viewer->view().selectMeasure(1, "alice"));
+        m_host.starts = m_host.ends = 0;
+        // The custom file is a new measure: asked about, then labelled.
+        for (const char* script :
+             {"toYear=2002 toMonth=1 rows=025 OK", "OK", "label0=Picked label1=p label2=f OK"})
+            m_answers->push(answer(script));
+        m_viewer->CustomCurveMenu(1);
+        const QByteArray words = bytes(m_root + "/tests.alice.2.kvd");
+        QCOMPARE(bytes(m_root + "/Customtests.alice.2.kvd"),
+                 words.mid(5 * 24, 24) + words.mid(2 * 24, 24) + words.left(24));
+        QVERIFY2(!QFile::exists(m_root + "/Customtests.alice.2.idx"), "no index for a custom file");
+        QCOMPARE(m_viewer->view().config->definitions.value("Customtests2"),
+                 (KVDDefinition{{0, "Picked"}, {1, "p"}, {2, "f"}}));
+        QVERIFY2(m_viewer->view().curves.size() == 1 && m_host.ends == m_host.starts,
+                 "the view is rebuilt from the saved one; only its curve's progress closes");
 
-    void customFileTakesCheckedRowsLastFirst()
-    {
-        QVERIFY2(startViewer(), "the viewer starts with alice chosen");
         KVDCustomSelect dialog(m_root, m_viewer.get(), nullptr, 0, false);
-        setDate(&dialog, "to", 2002, 1, 1);
         QAListView* list = dialog.recordList();
-        QCOMPARE(list->topLevelItemCount(), 6);
-        for (int row : {0, 2, 5})
-            list->topLevelItem(row)->setCheckState(0, Qt::Checked);
-        m_viewer->CreateCustomFile(list, "alice");
-        const QMap<QString, QByteArray> files = snapshot(m_root);
-        const QByteArray words = files["tests.alice.2.kvd"];
-        QCOMPARE(files["Customtests.alice.2.kvd"],
-                 words.mid(5 * 24, 24) + words.mid(2 * 24, 24) + words.mid(0, 24));
-        QVERIFY2(!files.contains("Customtests.alice.2.idx"), "no index for a custom file");
+        dialog.GetMeasure(1);
+        QStringList rows{list->headerItem()->text(5)};
+        for (int r = 0; r < list->topLevelItemCount(); ++r)
+            for (int c = 0; c < 8; ++c)
+                rows << list->topLevelItem(r)->text(c);
+        // A total is the sum of each key's latest value.
+        const auto date = [](int i) {
+            return QDateTime::fromString(Dates[i], Qt::ISODate).toString();
+        };
+        QCOMPARE(
+            rows.join(','),
+            QString(
+                "Field "
+                "2,tests,alice,%1,7,1,1,9,9,tests,alice,%2,8,2,3,9,18,tests,alice,%3,7,5,9,9,18")
+                .arg(date(0), date(1), date(4)));
         auto* row = static_cast<KVDCheckList*>(list->topLevelItem(1));
+        QVERIFY2(row->position == 24 && row->secondText == "tests.alice.2.kvd" &&
+                     row->fieldCount == 2,
+                 "rows say where their record lies");
         QVERIFY2(row->MustBeChecked(records()[5].date) && !row->MustBeChecked(records()[1].date),
                  "the custom file answers which records it holds");
-    }
-
-    void cancelChangesNoFile_data()
-    {
-        QTest::addColumn<QString>("slot");
-        QTest::addColumn<int>("id");
-        QTest::newRow("range cancelled") << "RangeDeletion" << 1;
-        QTest::newRow("custom cancelled") << "CustomDeletion" << 1;
-        QTest::newRow("custom curves cancelled") << "CustomCurveMenu" << 1;
-        QTest::newRow("range id 0") << "RangeDeletion" << 0;
-        QTest::newRow("custom id 0") << "CustomDeletion" << 0;
-    }
-
-    void cancelChangesNoFile()
-    {
-        QFETCH(QString, slot);
-        QFETCH(int, id);
-        QVERIFY2(startViewer(), "the viewer starts with alice chosen");
-        const QMap<QString, QByteArray> before = snapshot(m_root);
-        if (id)
-            m_answers->push(ModalAnswerer::click("Cancel"));
-        QVERIFY(QMetaObject::invokeMethod(m_viewer.get(), qPrintable(slot), Q_ARG(int, id)));
-        QVERIFY2(snapshot(m_root) == before && m_host.starts == 0, "no file changes");
-        QVERIFY2(id || m_host.ends == 1, "an id of 0 closes the progress display");
     }
 };
 

@@ -27,7 +27,8 @@ inline KVDCurve* curve(const QString& repository, const QPolygon& points, double
     QDateTime start;
     QDateTime end;
     // Loaded as field 1, which every file has; the field shown is set below.
-    auto* c = new KVDCurve(repository, QStringLiteral("cov"), 1, 2, QStringLiteral("alice"), start, end);
+    auto* c =
+        new KVDCurve(repository, QStringLiteral("cov"), 1, 2, QStringLiteral("alice"), start, end);
     delete c->points;
     c->points = new QPolygon(points);
     c->span = span;

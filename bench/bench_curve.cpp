@@ -1,7 +1,7 @@
 #include "kvdcurve.h"
 #include "kvdmeasurefile.h"
-#include "measurefixture.h"
 #include "qakvd.h"
+#include "samplerepository.h"
 #include "studiointerface.h"
 
 #include <QApplication>
@@ -65,8 +65,8 @@ struct Repository
         QList<quint32> values(records);
         for (int i = 0; i < records; ++i)
             values[i] = quint32(i % 1000);
-        MeasureFixture::write(root(), QStringLiteral("m%1").arg(records), QStringLiteral("u"),
-                              Fields, MeasureFixture::series(FirstDate, values, Fields));
+        KVDSampleWriter::writePair(root(), QStringLiteral("m%1").arg(records), QStringLiteral("u"),
+                                   Fields, SampleRepository::series(FirstDate, values, Fields));
     }
 };
 

@@ -8,11 +8,9 @@
 #include "recordingshell.h"
 #include "testenv.h"
 
-#include <QImage>
 #include <QPainter>
 #include <QPointer>
 #include <QTemporaryDir>
-#include <QWidget>
 #include <QtTest>
 
 namespace {
@@ -55,13 +53,15 @@ struct Scene
     ~Scene() { qDeleteAll(events); }
     int strip() const { return printed ? 150 : 250; }
 
-    // A curve through (fraction of the view span, value) points.
-    KVDCurve* add(const QList<QPointF>& at, double top, double bottom, const QColor& colour)
+    // A curve through (time, value) points, time in units of `unit` seconds, by default
+    // fractions of the view span.
+    KVDCurve* add(const QList<QPointF>& at, double top, double bottom, const QColor& colour,
+                  double unit = 0)
     {
         const double span = chart.start.secsTo(chart.end);
         QPolygon points;
         for (const QPointF& p : at)
-            points << QPoint(qRound(p.x() * span), -qRound(p.y()));
+            points << QPoint(qRound(p.x() * (unit ? unit : span)), -qRound(p.y()));
         KVDCurve* curve = ChartFixture::curve(dir.path(), points, span, top, bottom);
         curve->setParent(&owner); // gone with the scene unless a paint removes it first
         curve->color = colour;
@@ -134,7 +134,7 @@ enum Mark { NoEvent, Shown, Hidden, Unshown };
 using Picture =
     std::tuple<bool, bool, bool, double, double, int, int, QStringList, int, Mark, bool>;
 using Placement = std::tuple<bool, QList<double>, bool, bool, QString, bool>;
-using Hover = std::tuple<QList<QPoint>, QPoint, double, int, bool, bool>;
+using Hover = std::tuple<QList<QPointF>, QPoint, double, int, bool, bool>;
 using Span = std::tuple<QDateTime, double, QStringList, QDateTime, QDateTime, double, double>;
 
 } // namespace
@@ -226,8 +226,7 @@ private slots:
         const QStringList found =
             scene.recorder.textsIn(right ? end : 0, 41, right ? end + 55 : 55, 395);
         const QStringList ends{found.value(0), found.value(found.size() - 1)};
-        QCOMPARE(found.isEmpty() ? QStringList()
-                                 : ends + QStringList{QString::number(found.size())},
+        QCOMPARE(found.isEmpty() ? found : ends + QStringList{QString::number(found.size())},
                  labels);
         QVERIFY2(found.isEmpty() || image.pixelColor(right ? line - 3 : line + 3, 380) == blue,
                  "the lowest tick");
@@ -308,12 +307,12 @@ private slots:
         QTest::addColumn<Hover>("c");
         // points: (hours, value), at (55 + hours, 400 - value) on the paper; value: 0 for no
         // tip; hours: the tip's date from the view start.
-        auto row = [](const char* name, const QList<QPoint>& points, QPoint at, double value,
+        auto row = [](const char* name, const QList<QPointF>& points, QPoint at, double value,
                       int hours, bool fromZero = false, bool behindFlatZero = false) {
             QTest::newRow(name) << Hover{points, at, value, hours, fromZero, behindFlatZero};
         };
-        const QList<QPoint> nearlyFlat{{100, 100}, {400, 105}}, steep{{100, 50}, {150, 250}};
-        const QList<QPoint> back{{45, 100}, {47, 300}, {345, 100}}; // steep, then falling
+        const QList<QPointF> nearlyFlat{{100, 100}, {400, 105}}, steep{{100, 50}, {150, 250}};
+        const QList<QPointF> back{{45, 100}, {47, 300}, {345, 100}}; // steep, then falling
         row("nearly flat: the right end's value", nearlyFlat, {300, 298}, 105, 245);
         row("in the slack, beyond the ends", nearlyFlat, {300, 301}, 0, 0);
         row("left of the curve", nearlyFlat, {120, 299}, 0, 0);
@@ -338,10 +337,7 @@ private slots:
         Scene scene(false, 25);
         if (behindFlatZero)
             scene.flat(0, 0, 0);
-        QList<QPointF> fractions;
-        for (const QPoint& p : points)
-            fractions << QPointF(p.x() / 600.0, p.y());
-        scene.add(fractions, 350, fromZero ? 100 : 0, blue)->fixedScale = fromZero;
+        scene.add(points, 350, fromZero ? 100 : 0, blue, 3600)->fixedScale = fromZero;
         scene.paint(905, 500); // the curves take the paper's geometry
         QWidget paper;
         const KVDToolTip::Tip tip =

@@ -2,23 +2,20 @@
 #include "kvdconfig.h"
 #include "kvdcurve.h"
 #include "kvdevent.h"
-#include "measurefixture.h"
 #include "qaresgroup.h"
 #include "recordingshell.h"
+#include "samplerepository.h"
 #include "testenv.h"
 
 #include <QFile>
-#include <QTemporaryDir>
 #include <QtTest>
 
 #include <memory>
 
-using MeasureFixture::Record;
-using MeasureFixture::series;
-
 namespace {
 
 constexpr quint32 D0 = 1705000000u; // 2024-01-11 19:06:40 UTC
+const auto series = &SampleRepository::series;
 
 // Definitions as text, latest definition of each key: "cov4=Coverage|Statements;tests2=...".
 QString dump(const QMultiMap<QString, KVDDefinition>& definitions)
@@ -41,37 +38,24 @@ void preset(KVDConfig& config, const QString& text)
     }
 }
 
-QString text(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : "(missing)";
-}
-
 // A scan's questions, answered from a dialogue of "question=answer" in turn: "configure=yes",
-// "labels:cov:4=Coverage|Statements|..." typed, "labels:cov:4=" declined. The log holds the
+// "labels:cov:4=Coverage|Statements|..." typed, "labels:cov:4=" declined. The log gets the
 // questions actually asked, with the answers given.
-struct Script
+KVDConfig::Questions script(const QStringList& dialogue, QStringList& log)
 {
-    QStringList dialogue, log;
-    QString answer(const QString& question)
-    {
-        const QString given = dialogue.value(int(log.size())).section('=', 1);
-        log << question + "=" + given;
-        return given;
-    }
-    KVDConfig::Questions questions()
-    {
-        return {[this] { return answer("configure") == "yes"; },
-                [this](const QString& measure, int count, KVDDefinition* labels) {
-                    const QStringList typed =
-                        answer(QString("labels:%1:%2").arg(measure).arg(count))
-                            .split('|', Qt::SkipEmptyParts);
-                    for (int i = 0; i < typed.size(); ++i)
-                        labels->insert(i, typed[i]);
-                    return !typed.isEmpty();
-                }};
-    }
-};
+    const auto answer = [&dialogue, &log](const QString& question) {
+        log << question + "=" + dialogue.value(int(log.size())).section('=', 1);
+        return log.last().section('=', 1);
+    };
+    return {[answer] { return answer("configure") == "yes"; },
+            [answer](const QString& measure, int count, KVDDefinition* labels) {
+                const QStringList typed = answer(QString("labels:%1:%2").arg(measure).arg(count))
+                                              .split('|', Qt::SkipEmptyParts);
+                for (int i = 0; i < typed.size(); ++i)
+                    labels->insert(i, typed[i]);
+                return !typed.isEmpty();
+            }};
+}
 
 // A view as the viewer holds it, owning its curves and events.
 struct View
@@ -172,56 +156,52 @@ private slots:
               "res/two-roots.cfg"})
             QTest::newRow(name) << Read{true, name, noBuiltIn};
 
-        // A fault stops reading; what was read stays, not moved back to the stored range.
-        const QString noView = "failed; ; 0 events, 0 curves, zoom -1, from ; "
-                               "critical|Unable to read Kavendi configuration file.\n";
+        // What a view file leaves in the view reads "events/curves/zoom start". A fault stops
+        // reading; what was read stays, not moved back to the stored range.
         const QString fault = "; warning|Unable to read Kavendi configuration file.\n";
-        QTest::newRow("view: missing file") << Read{false, "", noView};
-        QTest::newRow("view: zoom missing") << Read{
-            false, "config_no_zoom.cfg",
-            "failed; cov4=Coverage; 0 events, 0 curves, zoom -1, from 2024-01-01T00:00:00" + fault};
+        QTest::newRow("view: missing file") << Read{
+            false, "", "failed; ; 0/0/-1 ; critical|Unable to read Kavendi configuration file.\n"};
+        QTest::newRow("view: zoom missing")
+            << Read{false, "config_no_zoom.cfg",
+                    "failed; cov4=Coverage; 0/0/-1 2024-01-01T00:00:00" + fault};
         QTest::newRow("view: event text of another kind")
-            << Read{false, "config_event_bad_text.cfg",
-                    "failed; ; 1 events, 0 curves, zoom -1, from " + fault};
-        QTest::newRow("view: curve without scale assignment")
-            << Read{false, "config_curve_no_dispscale.cfg",
-                    "failed; ; 0 events, 1 curves, zoom 2, from 2024-01-11T19:06:40" + fault};
-        QTest::newRow("view: known definitions win over the file's") << Read{
-            false, "config_no_lastview.cfg",
-            "read; cov4=Coverage|Statements; 0 events, 0 curves, zoom 2, from 2024-01-01T00:00:00",
-            "cov4=Coverage|Statements"};
+            << Read{false, "config_event_bad_text.cfg", "failed; ; 1/0/-1 " + fault};
+        QTest::newRow("view: curve without scale assignment") << Read{
+            false, "config_curve_no_dispscale.cfg", "failed; ; 0/1/2 2024-01-11T19:06:40" + fault};
+        QTest::newRow("view: known definitions win over the file's")
+            << Read{false, "config_no_lastview.cfg",
+                    "read; cov4=Coverage|Statements; 0/0/2 2024-01-01T00:00:00",
+                    "cov4=Coverage|Statements"};
         // A date before 1970 cannot be stored: it reads as 1970-01-01.
         QTest::newRow("view: start before 1970")
-            << Read{false, "config_before_1970.cfg",
-                    "read; ; 0 events, 0 curves, zoom 1, from 1970-01-01T00:00:00"};
+            << Read{false, "config_before_1970.cfg", "read; ; 0/0/1 1970-01-01T00:00:00"};
         // A measure named like the ratio prefix is a measure; one without records is left out.
         QTest::newRow("view: prefix alone, measure without records")
-            << Read{false, "config_odd_curves.cfg",
-                    "read; ; 0 events, 1 curves, zoom 2, from 2024-01-01T00:00:00"};
+            << Read{false, "config_odd_curves.cfg", "read; ; 0/1/2 2024-01-01T00:00:00"};
     }
 
     void read()
     {
         QFETCH(Read, c);
-        QTemporaryDir root;
-        QVERIFY(MeasureFixture::write(root.path(), "cov", "alice", 4, series(D0, {1, 2}, 4)));
-        QVERIFY(
-            MeasureFixture::write(root.path(), "_EDITED_METRIC_", "alice", 1, series(D0, {1}, 1)));
-        QVERIFY(MeasureFixture::write(root.path(), "void", "alice", 1, {}));
-        const QString target = root.path() + (c.builtIn ? "/KVD_built_in.cfg" : "/KVD.cfg");
+        SampleRepository root;
+        QVERIFY(root.writePair("cov", "alice", 4, series(D0, {1, 2}, 4)) &&
+                root.writePair("_EDITED_METRIC_", "alice", 1, series(D0, {1}, 1)) &&
+                root.writePair("void", "alice", 1, {}));
+        const QString target = root.root() + (c.builtIn ? "/KVD_built_in.cfg" : "/KVD.cfg");
         QVERIFY(c.fixture.isEmpty() || QFile::copy(TestEnv::dataFile(c.fixture), target));
-        m_host.dataDirectory = root.path();
+        m_host.dataDirectory = root.root();
         RecordingShell shell(c.host ? &m_host : nullptr);
         shell.use();
         KVDConfig config;
         preset(config, c.known);
         View view;
-        const bool ok = c.builtIn ? config.ReadConfigBuiltIn() : view.read(config, root.path());
+        const bool ok = c.builtIn ? config.ReadConfigBuiltIn() : view.read(config, root.root());
         QStringList shows{ok ? "read" : "failed", dump(config.definitions)};
         if (!c.builtIn)
-            shows << QString::asprintf("%d events, %d curves, zoom %d, from ",
-                                       int(view.events.size()), int(view.curves.size()),
-                                       view.zoom) +
+            shows << QString("%1/%2/%3 ")
+                             .arg(view.events.size())
+                             .arg(view.curves.size())
+                             .arg(view.zoom) +
                          view.start.toString(Qt::ISODate);
         QCOMPARE((shows + shell.messages).join("; "), c.shows);
     }
@@ -251,28 +231,29 @@ private slots:
     void scan()
     {
         QFETCH(Scan, c);
-        QTemporaryDir root;
-        Script script{c.dialogue.split(", ", Qt::SkipEmptyParts), {}};
+        SampleRepository root;
+        const QStringList dialogue = c.dialogue.split(", ", Qt::SkipEmptyParts);
+        QStringList log;
         m_shell.user = c.perUser;
         for (const char* name : {"cov.alice.4", "cov.bob.4", "Tests.alice.2", "alpha.alice.1"}) {
             const QStringList part = QString(name).split('.');
-            QVERIFY(MeasureFixture::write(root.path(), part[0], part[1], part[2].toInt(),
-                                          {Record{D0, 1, {1, 2, 3, 4}}}));
+            QVERIFY(root.writePair(part[0], part[1], part[2].toInt(),
+                                   series(D0, {1}, part[2].toInt())));
         }
         for (const char* name : {"/huge.alice.10000.kvd", "/neg.alice.-3.kvd"})
-            QVERIFY(QFile(root.path() + name).open(QIODevice::WriteOnly));
+            QVERIFY(QFile(root.root() + name).open(QIODevice::WriteOnly));
         // A quiet scan only looks for data files; a missing directory has none.
-        KVDConfig quiet(script.questions());
-        QVERIFY2(!quiet.ScanRepository(root.path() + "/none", false) &&
-                     !quiet.ScanRepository(root.path() + "/none", true) &&
-                     quiet.ScanRepository(root.path(), false) && quiet.users.isEmpty(),
+        KVDConfig quiet(script(dialogue, log));
+        QVERIFY2(!quiet.ScanRepository(root.root() + "/none", false) &&
+                     !quiet.ScanRepository(root.root() + "/none", true) &&
+                     quiet.ScanRepository(root.root(), false) && quiet.users.isEmpty(),
                  "nothing collected");
-        KVDConfig config(c.ask ? script.questions() : KVDConfig::Questions(), !c.perUser.isEmpty());
+        KVDConfig config(c.ask ? script(dialogue, log) : KVDConfig::Questions(),
+                         !c.perUser.isEmpty());
         preset(config, c.known);
-        QVERIFY2(config.ScanRepository(root.path(), true), "the repository has data files");
-        QCOMPARE(script.log.join(", "), c.dialogue);
+        QVERIFY2(config.ScanRepository(root.root(), true), "the repository has data files");
+        QCOMPARE(log.join(", "), c.dialogue);
         QCOMPARE(dump(config.definitions), c.definitions);
-        // Listed by name regardless of case; one definition for both users of cov4.
         // Listed by name regardless of case; one definition for both users of cov4.
         QCOMPARE(config.users, (QMultiMap<QString, QStringList>{
                                    {"alice", {"alpha1", "cov4", "Tests2"}}, {"bob", {"cov4"}}}));
@@ -299,14 +280,14 @@ private slots:
 
     void roundTrip()
     {
-        QTemporaryDir root, again;
-        QVERIFY(MeasureFixture::write(root.path(), "cov", "alice", 4, series(D0, {10, 20, 30}, 4)));
-        QVERIFY(MeasureFixture::write(root.path(), "rat", "alice", 4, series(D0, {1, 2, 3}, 4)));
+        SampleRepository root, again;
         const QString golden = TestEnv::dataFile("golden_view.cfg");
-        QVERIFY(QFile::copy(golden, root.path() + "/KVD.cfg"));
+        QVERIFY(root.writePair("cov", "alice", 4, series(D0, {10, 20, 30}, 4)) &&
+                root.writePair("rat", "alice", 4, series(D0, {1, 2, 3}, 4)) &&
+                QFile::copy(golden, root.root() + "/KVD.cfg"));
         KVDConfig config;
         View view;
-        QVERIFY2(view.read(config, root.path()), qPrintable(m_shell.messages.join(';')));
+        QVERIFY2(view.read(config, root.root()), qPrintable(m_shell.messages.join(';')));
         // Every x counts from the stored start, 2024-01-01; the ratio is field 1 over field 3
         // of the file its definition's label names.
         const QDateTime start(QDate(2024, 1, 1), QTime(0, 0));
@@ -332,8 +313,8 @@ private slots:
         view.curves[2]->color = Qt::red;
         view.curves[2]->displayMax = 12.9;
         view.events[1]->color = QColor();
-        QVERIFY(view.store(config, again.path()));
-        QCOMPARE(text(again.path() + "/KVD.cfg"), text(golden));
+        QVERIFY(view.store(config, again.root()));
+        QCOMPARE(TestEnv::contents(again.root() + "/KVD.cfg"), TestEnv::contents(golden));
 
         // No events: no EVENTSLIST, and an empty LASTVIEW; a per-user view has its own file.
         // Dates are written as local wall-clock seconds from 1970 and read as seconds since
@@ -344,9 +325,9 @@ private slots:
         KVDConfig perUser({}, true);
         const QDateTime west(QDate(2024, 1, 1), QTime(0, 0));
         View empty{{}, {}, west, west.addDays(30), 0}, back;
-        QVERIFY(empty.store(perUser, again.path()) && back.read(perUser, again.path()));
-        QCOMPARE(text(again.path() + "/KVDbob.cfg"),
-                 text(TestEnv::dataFile("golden_empty_view.cfg")));
+        QVERIFY(empty.store(perUser, again.root()) && back.read(perUser, again.root()));
+        QCOMPARE(TestEnv::contents(again.root() + "/KVDbob.cfg"),
+                 TestEnv::contents(TestEnv::dataFile("golden_empty_view.cfg")));
         QCOMPARE(west.secsTo(back.start), -7 * 3600);
     }
 };

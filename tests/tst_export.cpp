@@ -52,12 +52,6 @@ QByteArray scanEveryPoint(const QList<KVDCurve*>& curves, const QDateTime& start
     return out;
 }
 
-QByteArray read(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
 } // namespace
 
 class TstExport : public QObject
@@ -86,7 +80,7 @@ private:
         QCryptographicHash hash(QCryptographicHash::Md5);
         for (const QString& root : {m_plain.root(), m_saved.root()})
             for (const QFileInfo& info : QDir(root).entryInfoList(QDir::Files | QDir::Hidden))
-                hash.addData(info.fileName().toUtf8() + read(info.filePath()));
+                hash.addData(info.fileName().toUtf8() + TestEnv::contents(info.filePath()));
         return hash.result();
     }
 
@@ -119,62 +113,39 @@ private slots:
     }
     void cleanup() { qputenv("TZ", "UTC"), tzset(); }
 
-    void golden_data()
+    // The first instant has its row even at the view's end, where later ones have none; a
+    // file is written.
+    void firstInstantAtTheEnd()
     {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<QDateTime>("start");
-        QTest::addColumn<int>("span");
-        QTest::addColumn<Curves>("points");
-        auto at = [](const char* text) { return QDateTime::fromString(text, Qt::ISODate); };
-        QTest::newRow("three rows") << "three_rows" << at("2005-03-07T14:05:00") << 86400
-                                    << Curves{{{0, -5}, {3600, -6}, {7200, -7}}};
-        QTest::newRow("empty columns") << "empty_columns" << at("2001-01-01T00:00:00") << 86400
-                                       << Curves{{{0, -5}, {60, -6}}, {{30, -7}}};
-        QTest::newRow("view end") << "view_end" << at("2001-01-01T10:00:00") << 3600
-                                  << Curves{{{0, -1}, {3600, -2}}, {{1800, -3}, {3600, -4}}};
-        QTest::newRow("first at view end")
-            << "first_at_view_end" << at("2001-01-01T10:00:00") << 3600
-            << Curves{{{3600, -12}, {3700, -2}}, {{3600, -4}, {3600, -13}}};
-        QTest::newRow("before view, unordered")
-            << "before_view" << at("2001-06-30T23:59:00") << 3600
-            << Curves{{{-120, -1}, {90, -2}, {-60, -3}}};
-    }
-
-    void golden()
-    {
-        QFETCH(QString, name);
-        QFETCH(QDateTime, start);
-        QFETCH(int, span);
-        QFETCH(Curves, points);
-        const QList<KVDCurve*> shown = curves(points);
-        const QString path = m_dir.filePath(name + ".csv");
-        QVERIFY(KVDCsvExport::write(path, shown, start, start.addSecs(span)));
+        const QDateTime start(QDate(2001, 1, 1), QTime(10, 0));
+        const QList<KVDCurve*> shown =
+            curves({{{3600, -12}, {3700, -2}}, {{3600, -4}, {3600, -13}}});
+        const QString path = m_dir.filePath("end.csv");
+        QVERIFY(KVDCsvExport::write(path, shown, start, start.addSecs(3600)));
         qDeleteAll(shown);
-        QCOMPARE(read(path), read(TestEnv::dataFile("csv/" + name + ".csv")));
+        QCOMPARE(TestEnv::contents(path), "=DATE(2001;1;1)+TEMPS(11;0;0),12,413\n");
     }
 
     void sameAsScanningEveryPoint_data()
     {
-        QTest::addColumn<QByteArray>("zone");
-        QTest::addColumn<QString>("start");
-        QTest::addColumn<int>("seed");
-        for (int seed = 1; seed <= 40; ++seed)
-            QTest::addRow("UTC %d", seed) << QByteArray("UTC") << "2001-01-01T23:00:00.250" << seed;
-        for (int seed = 1; seed <= 10; ++seed) {
-            QTest::addRow("Paris spring %d", seed)
-                << QByteArray("Europe/Paris") << "2021-03-28T01:00:00" << seed;
-            QTest::addRow("Paris autumn %d", seed)
-                << QByteArray("Europe/Paris") << "2021-10-31T01:00:00" << seed;
-        }
+        QTest::addColumn<std::tuple<QByteArray, QString, int>>("c"); // zone, start, seed
+        const std::tuple<const char*, const char*, int> runs[] = {
+            {"UTC", "2001-01-01T23:00:00.250", 40},
+            {"Europe/Paris", "2021-03-28T01:00:00", 10}, // spring forward
+            {"Europe/Paris", "2021-10-31T01:00:00", 10}};
+        for (const auto& [zone, start, count] : runs)
+            for (int seed = 1; seed <= count; ++seed)
+                QTest::addRow("%s %s, seed %d", zone, start, seed)
+                    << std::tuple<QByteArray, QString, int>{zone, start, seed};
     }
 
     // Random curves on a grid of 150 s, so that instants are shared, repeated and found on
     // either side of the view and at its very end (to the millisecond on odd seeds).
     void sameAsScanningEveryPoint()
     {
-        QFETCH(QByteArray, zone);
-        QFETCH(QString, start);
-        QFETCH(int, seed);
+        using Run = std::tuple<QByteArray, QString, int>;
+        QFETCH(Run, c);
+        const auto& [zone, start, seed] = c;
         qputenv("TZ", zone), tzset();
         const QDateTime from = QDateTime::fromString(start, Qt::ISODateWithMs);
         QVERIFY2((from.offsetFromUtc() != 0) == (zone != "UTC"), "the zone is in force");
@@ -223,7 +194,7 @@ private slots:
         KVDOutput(view, nullptr).exportCsv();
         QVERIFY2(answers.unexpected() == 0 && answers.pending() == 0,
                  "the save dialog only, once a curve is shown");
-        QCOMPARE(read(path), written);
+        QCOMPARE(TestEnv::contents(path), written);
         QCOMPARE(QDir(out.path()).entryList(QDir::Files).size(), written.isEmpty() ? 0 : 1);
     }
 
@@ -231,52 +202,48 @@ private slots:
     {
         // R, S: the repository without and with a saved view; E: an empty directory;
         // O.x: a file in the output directory.
-        QTest::addColumn<QString>("args");
-        QTest::addColumn<int>("status");
-        QTest::addColumn<QString>("expect"); // what is in O.x, or on standard error
+        // The arguments, the exit status, and what is in O.x or on standard error.
+        QTest::addColumn<std::tuple<QString, int, QString>>("c");
+        auto row = [](const char* name, const QString& args, int status, const char* expect) {
+            QTest::newRow(name) << std::tuple<QString, int, QString>{args, status, expect};
+        };
         const QString two = " --curve cov4:bob:2 --curve tests2:alice:1";
-        const QString range = " --from 2024-06-01 --to 2024-06-20T12:00:00";
-        QTest::newRow("png") << "render --root R --size 640x400 -o O.png" + two << 0 << "curves";
-        QTest::newRow("png, no saved view")
-            << "render --root R --size 640x400 -o O.png" << 0 << "none";
-        QTest::newRow("png, saved view")
-            << "render --root S --size 640x400 -o O.png" << 0 << "curves";
-        QTest::newRow("svg") << "render --root R --size 640x400 -o O.svg" + two << 0 << "svg";
-        QTest::newRow("pdf") << "render --root R --size 640x400 -o O.pdf" + two << 0 << "pdf";
-        QTest::newRow("csv, saved view") << "export --root S -o O.csv" << 0 << "csv";
-        QTest::newRow("csv, saved view, range")
-            << "export --root S --view -o O.csv" + range << 0 << "range";
-        QTest::newRow("csv, same curves") << "export --root R -o O.csv" + two << 0 << "csv";
-        QTest::newRow("csv, same curves, range")
-            << "export --root R -o O.csv" + two + range << 0 << "range";
-        QTest::newRow("no root") << "render -o O.png" << 2 << "--root R is required";
-        QTest::newRow("missing root") << "render --root /none -o O.png" << 2 << "no such directory";
-        QTest::newRow("no measures") << "render --root E -o O.png" << 1 << "cannot be shown";
-        QTest::newRow("no field") << "render --root R --curve cov4:al -o O.png" << 2 << "KEY:USER";
-        QTest::newRow("measure") << "render --root R --curve x4:al:1 -o O.png" << 1 << "no measure";
-        QTest::newRow("user") << "export --root R --curve cov4:zed:1 -o O.csv" << 1 << "no user";
-        QTest::newRow("field") << "render --root R --curve cov4:alice:5 -o O.png" << 1 << "1 to 4";
-        QTest::newRow("last field")
-            << "render --root R --size 640x400 --curve cov4:alice:4 -o O.png" << 0 << "curves";
-        QTest::newRow("measure of another user")
-            << "export --root R --curve cov4:dora:1 -o O.csv" << 1 << "dora has no measure cov4";
-        QTest::newRow("range ending at the view start")
-            << "export --root S --to VS -o O.csv" << 1 << "is empty";
-        QTest::newRow("size") << "render --root R --size 640x -o O.png" << 2 << "--size takes";
-        QTest::newRow("small") << "render --root R --size 300x100 -o O.png" << 2 << "--size takes";
-        QTest::newRow("extension") << "render --root R -o O.gif" << 2 << ".png, .svg or .pdf";
-        QTest::newRow("date") << "export --root R --from 2024-02-30 -o O.csv" << 2 << "--from";
-        QTest::newRow("definitions") << "render --root R --builtin /x -o O.png" << 1 << "no such";
-        QTest::newRow("empty export") << "export --root R -o O.csv" << 1 << "no curve to export";
-        QTest::newRow("render --help") << "render --help" << 0 << "Usage: kvd render ";
-        QTest::newRow("export --help") << "export --help" << 0 << "Usage: kvd export ";
+        const QString png = "render --root R --size 640x400 -o O.png";
+        row("png", png + two, 0, "curves");
+        row("png, no saved view", png, 0, "none");
+        row("svg, saved view", "render --root S --size 640x400 -o O.svg", 0, "svg");
+        row("pdf, saved view", "render --root S --size 640x400 -o O.pdf", 0, "pdf");
+        row("csv, saved view", "export --root S -o O.csv", 0, "csv");
+        row("csv, the same curves chosen, a range",
+            "export --root R -o O.csv --from 2024-06-01 --to 2024-06-20T12:00:00" + two, 0,
+            "range");
+        row("no root", "render -o O.png", 2, "--root R is required");
+        row("missing root", "render --root /none -o O.png", 2, "no such directory");
+        row("no measures", "render --root E -o O.png", 1, "cannot be shown");
+        row("no field", "render --root R --curve cov4:al -o O.png", 2, "KEY:USER");
+        row("measure", "render --root R --curve x4:al:1 -o O.png", 1, "no measure");
+        row("user", "export --root R --curve cov4:zed:1 -o O.csv", 1, "no user");
+        row("field", "render --root R --curve cov4:alice:5 -o O.png", 1, "1 to 4");
+        row("last field", png + " --curve cov4:alice:4", 0, "curves");
+        row("measure of another user", "export --root R --curve cov4:dora:1 -o O.csv", 1,
+            "dora has no measure cov4");
+        row("range ending at the view start", "export --root S --view --to VS -o O.csv", 1,
+            "is empty");
+        row("size", "render --root R --size 640x -o O.png", 2, "--size takes");
+        row("small", "render --root R --size 300x100 -o O.png", 2, "--size takes");
+        row("extension", "render --root R -o O.gif", 2, ".png, .svg or .pdf");
+        row("date", "export --root R --from 2024-02-30 -o O.csv", 2, "--from");
+        row("definitions", "render --root R --builtin /x -o O.png", 1, "no such");
+        row("empty export", "export --root R -o O.csv", 1, "no curve to export");
+        row("render --help", "render --help", 0, "Usage: kvd render ");
+        row("export --help", "export --help", 0, "Usage: kvd export ");
     }
 
     void kvd()
     {
-        QFETCH(QString, args);
-        QFETCH(int, status);
-        QFETCH(QString, expect);
+        using Call = std::tuple<QString, int, QString>;
+        QFETCH(Call, c);
+        const auto& [args, status, expect] = c;
         QTemporaryDir empty, out;
         QStringList words = args.split(' ');
         for (QString& w : words)
@@ -301,7 +268,7 @@ private slots:
             QVERIFY2(said.contains(expect.toUtf8()), said.constData());
             return;
         }
-        const QByteArray bytes = read(out.filePath(written[0]));
+        const QByteArray bytes = TestEnv::contents(out.filePath(written[0]));
         if (expect == "csv" || expect == "range") {
             QCOMPARE(bytes, expect == "csv" ? m_csv : m_rangeCsv);
         } else if (expect == "pdf" || expect == "svg") {

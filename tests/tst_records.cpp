@@ -34,12 +34,6 @@ QList<KVDSampleWriter::Record> records()
     return list;
 }
 
-QByteArray bytes(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
 // Answers a dialog, in turn: spin boxes and line edits by name (name=value), the record
 // list's rows to check (rows=025), all of them (all) or the others (invert), buttons by text.
 ModalAnswerer::Answer answer(const QString& script)
@@ -124,14 +118,13 @@ private slots:
         // range (for alice; bob; empty: no file of hers; gone: her file removed before OK),
         // records (the record list, likewise), scale (the Customize form), event (at noon of
         // a day, else today), labels (one field of cov), question; "bare": without a host.
-        QTest::addColumn<QString>("dialog");
-        QTest::addColumn<QString>("script"); // for answer()
-        // The result, then what the dialog holds: range: the files listed, dates and file;
-        // records: columns and rows; scale: dates; event: date and label; labels: the texts.
-        QTest::addColumn<QString>("outcome");
+        // Then the script for answer(), and the outcome: the result, then what the dialog
+        // holds: range: the files listed, dates and file; records: columns and rows; scale:
+        // dates; event: date and label; labels: the texts.
+        QTest::addColumn<QStringList>("c");
         const auto row = [](const char* name, const char* dialog, const char* script,
                             const QString& outcome) {
-            QTest::newRow(name) << QString(dialog) << QString(script) << outcome;
+            QTest::newRow(name) << QStringList{dialog, script, outcome};
         };
         const QString today = QDate::currentDate().toString(Qt::ISODate);
         row("range: from February", "range", "fromDay=31 fromMonth=2 OK",
@@ -158,9 +151,8 @@ private slots:
 
     void dialogs()
     {
-        QFETCH(QString, dialog);
-        QFETCH(QString, script);
-        QFETCH(QString, outcome);
+        QFETCH(QStringList, c);
+        const QString &dialog = c[0], &script = c[1], &outcome = c[2];
         auto* users = qobject_cast<QTreeWidget*>(m_viewer->contentOutlineWidget());
         users->setCurrentItem(
             users->findItems(dialog.contains("bob") ? "bob" : "alice", Qt::MatchExactly).value(0));
@@ -210,17 +202,14 @@ private slots:
 
     void edits_data()
     {
-        QTest::addColumn<QString>("slot");
-        QTest::addColumn<QString>(
-            "setup"); // shell: shell text in the folder; blocked: KVD.tmp in the way
-        QTest::addColumn<QString>("answers"); // '|' between dialogs; none: id 0
-        // alice's data file (its one record, or how many), its index's size, the temporary
-        // file, the progress display, its closings, the view file saved again, then the
-        // messages shown.
-        QTest::addColumn<QString>("outcome");
+        // The slot; the setup (shell: shell text in the folder; blocked: KVD.tmp in the way);
+        // the answers ('|' between dialogs; none: id 0); the outcome: alice's data file (its
+        // one record, or how many), its index's size, the temporary file, the progress
+        // display, its closings, the view file saved again, then the messages shown.
+        QTest::addColumn<QStringList>("c");
         const auto row = [](const char* name, const char* slot, const char* setup,
                             const char* answers, const QString& outcome) {
-            QTest::newRow(name) << QString(slot) << QString(setup) << QString(answers) << outcome;
+            QTest::newRow(name) << QStringList{slot, setup, answers, outcome};
         };
         const QString rewritten = " | KVD Processing... Stop Loading 6/6 | ends 1 | saved";
         const QString untouched = "6 records | idx 16";
@@ -249,17 +238,15 @@ private slots:
 
     void edits()
     {
-        QFETCH(QString, slot);
-        QFETCH(QString, setup);
-        QFETCH(QString, answers);
-        QFETCH(QString, outcome);
+        QFETCH(QStringList, c);
+        const QString &slot = c[0], &setup = c[1], &answers = c[2], &outcome = c[3];
         QVERIFY(setup != "shell" || startViewer("a b;touch x$(echo y)"));
         QVERIFY(setup != "blocked" || QDir(m_root).mkpath("KVD.tmp/in the way"));
         for (const QString& script : answers.split('|', Qt::SkipEmptyParts))
             m_answers->push(answer(script));
         // An event only the view holds: a rebuilt view saves it.
         m_viewer->view().events.items() << new KVDEvent(QDate(2024, 5, 1), "x", true);
-        const QByteArray saved = bytes(m_root + "/KVD.cfg");
+        const QByteArray saved = TestEnv::contents(m_root + "/KVD.cfg");
         QVERIFY(QMetaObject::invokeMethod(m_viewer.get(), qPrintable(slot),
                                           Q_ARG(int, answers.isEmpty() ? 0 : 1)));
         const QString data = KVDMeasureFile::path(m_root, "tests", "alice", 2);
@@ -277,12 +264,10 @@ private slots:
                 parts << text;
         };
         note(QFile::exists(m_root + "/KVD.tmp"), "tmp");
-        note(m_host.starts, QString("%1 %2 %3/%4")
-                                .arg(m_host.label, m_host.cancelText)
-                                .arg(m_host.steps)
-                                .arg(m_host.totalSteps));
+        note(m_host.starts, m_host.label + ' ' + m_host.cancelText +
+                                QString(" %1/%2").arg(m_host.steps).arg(m_host.totalSteps));
         note(m_host.ends, QString("ends %1").arg(m_host.ends));
-        note(bytes(m_root + "/KVD.cfg") != saved, "saved");
+        note(TestEnv::contents(m_root + "/KVD.cfg") != saved, "saved");
         QCOMPARE((parts + m_answers->seen().mid(1)).join(" | "), outcome);
     }
 
@@ -297,8 +282,8 @@ private slots:
              {"toYear=2002 toMonth=1 rows=025 OK", "OK", "label0=Picked label1=p label2=f OK"})
             m_answers->push(answer(script));
         m_viewer->CustomCurveMenu(1);
-        const QByteArray words = bytes(m_root + "/tests.alice.2.kvd");
-        QCOMPARE(bytes(m_root + "/Customtests.alice.2.kvd"),
+        const QByteArray words = TestEnv::contents(m_root + "/tests.alice.2.kvd");
+        QCOMPARE(TestEnv::contents(m_root + "/Customtests.alice.2.kvd"),
                  words.mid(5 * 24, 24) + words.mid(2 * 24, 24) + words.left(24));
         QVERIFY2(!QFile::exists(m_root + "/Customtests.alice.2.idx"), "no index for a custom file");
         QCOMPARE(m_viewer->view().config->definitions.value("Customtests2"),
@@ -317,12 +302,9 @@ private slots:
         const auto date = [](int i) {
             return QDateTime::fromString(Dates[i], Qt::ISODate).toString();
         };
-        QCOMPARE(
-            rows.join(','),
-            QString(
-                "Field "
-                "2,tests,alice,%1,7,1,1,9,9,tests,alice,%2,8,2,3,9,18,tests,alice,%3,7,5,9,9,18")
-                .arg(date(0), date(1), date(4)));
+        const QString expected = "Field 2,tests,alice,%1,7,1,1,9,9,tests,alice,%2,8,2,3,9,18,"
+                                 "tests,alice,%3,7,5,9,9,18";
+        QCOMPARE(rows.join(','), expected.arg(date(0), date(1), date(4)));
         auto* row = static_cast<KVDCheckList*>(list->topLevelItem(1));
         QVERIFY2(row->position == 24 && row->secondText == "tests.alice.2.kvd" &&
                      row->fieldCount == 2,

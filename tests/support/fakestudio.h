@@ -1,6 +1,7 @@
 #ifndef FAKESTUDIO_H
 #define FAKESTUDIO_H
 
+#include "qakvd.h"
 #include "studiointerface.h"
 
 #include <QMainWindow>
@@ -12,21 +13,44 @@
 class FakeStudio : public StudioInterface
 {
 public:
-    FakeStudio();
-    ~FakeStudio() override;
+    ~FakeStudio() override
+    {
+        if (QAKVD::iface() == this)
+            uninstall();
+    }
 
-    void install();
-    static void uninstall();
+    void install() { QAKVD::initialize(nullptr, this); }
+    static void uninstall() { QAKVD::initialize(nullptr, nullptr); }
 
-    bool queryInterface(const QUuid& iid, QUnknownInterface** iface) override;
+    bool queryInterface(const QUuid& iid, QUnknownInterface** iface) override
+    {
+        *iface = iid == IID_StudioInterface ? this : nullptr;
+        return *iface != nullptr;
+    }
     QMainWindow* mainWindow() const override { return const_cast<QMainWindow*>(&m_window); }
     QString title() const override { return QStringLiteral("Test Studio"); }
-    bool queryObject(const QString&, const QUuid&, QUnknownInterface** object) override;
+    bool queryObject(const QString&, const QUuid&, QUnknownInterface** object) override
+    {
+        *object = nullptr;
+        return false;
+    }
     int insertMenu(const QString&, QMenu*) override { return ++m_menus; }
     void removeMenu(int) override {}
-    void progressStart(int totalSteps, const QString& label, const QString& cancelText,
-                       QObject* parent, int flags) override;
-    void progressStep(int progress) override;
+    void progressStart(int total, const QString& text, const QString& cancel, QObject* parent,
+                       int) override
+    {
+        ++starts;
+        steps = lastStep = 0;
+        totalSteps = total;
+        label = text;
+        cancelText = cancel;
+        progressParent = parent;
+    }
+    void progressStep(int progress) override
+    {
+        ++steps;
+        lastStep = progress;
+    }
     void progressEnd() override { ++ends; }
     QString directory() const override { return dataDirectory; }
 
@@ -36,7 +60,6 @@ public:
     int lastStep = 0;
     int ends = 0;
     int totalSteps = 0;
-    int flags = 0;
     QString label;
     QString cancelText;
     QObject* progressParent = nullptr;

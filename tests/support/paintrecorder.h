@@ -1,16 +1,16 @@
 #ifndef PAINTRECORDER_H
 #define PAINTRECORDER_H
 
+#include <QImage>
 #include <QList>
-#include <QPaintDevice>
 #include <QPaintEngine>
 #include <QPointF>
 #include <QString>
 
-// A paint device that draws nothing and keeps every piece of text painted on it, with the
+// An image that draws nothing and keeps every piece of text painted on it, with the
 // baseline origin where it was placed, so that tests can read labels without reading
 // glyphs. Each laid-out line arrives as its own piece.
-class PaintRecorder : public QPaintDevice
+class PaintRecorder : public QImage
 {
 public:
     struct Text
@@ -19,8 +19,7 @@ public:
         QString text;
     };
 
-    PaintRecorder(int width, int height) : m_width(width), m_height(height), m_engine(&texts) {}
-    ~PaintRecorder() override = default;
+    PaintRecorder(int width, int height) : QImage(width, height, Format_RGB32), m_engine(&texts) {}
 
     QPaintEngine* paintEngine() const override { return &m_engine; }
 
@@ -35,35 +34,6 @@ public:
     }
 
     QList<Text> texts;
-
-protected:
-    int metric(PaintDeviceMetric metric) const override
-    {
-        switch (metric) {
-        case PdmWidth:
-            return m_width;
-        case PdmHeight:
-            return m_height;
-        case PdmWidthMM:
-            return m_width * 254 / 960;
-        case PdmHeightMM:
-            return m_height * 254 / 960;
-        case PdmNumColors:
-            return INT_MAX;
-        case PdmDepth:
-            return 32;
-        case PdmDpiX:
-        case PdmDpiY:
-        case PdmPhysicalDpiX:
-        case PdmPhysicalDpiY:
-            return 96;
-        case PdmDevicePixelRatio:
-            return 1;
-        case PdmDevicePixelRatioScaled:
-            return int(devicePixelRatioFScale());
-        }
-        return 0;
-    }
 
 private:
     class Engine : public QPaintEngine
@@ -87,8 +57,6 @@ private:
         QList<Text>* m_texts;
     };
 
-    int m_width;
-    int m_height;
     mutable Engine m_engine;
 };
 

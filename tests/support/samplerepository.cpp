@@ -21,3 +21,15 @@ bool SampleRepository::writePair(const QString& measure, const QString& user, in
     m_error.clear();
     return KVDSampleWriter::writePair(root(), measure, user, fieldCount, records, &m_error);
 }
+
+QList<KVDSampleWriter::Record>
+SampleRepository::series(quint32 firstDate, const QList<quint32>& values, int fieldCount)
+{
+    QList<KVDSampleWriter::Record> records;
+    for (int i = 0; i < values.size(); ++i) {
+        records.append({firstDate + quint32(i) * 86400u, 1, {}});
+        for (int field = 1; field <= fieldCount; ++field)
+            records.last().values << values.at(i) * quint32(field);
+    }
+    return records;
+}

@@ -28,6 +28,10 @@ public:
     // One pair holding exactly these records, totals and index worked out.
     bool writePair(const QString& measure, const QString& user, int fieldCount,
                    const QList<KVDSampleWriter::Record>& records);
+    // Records of key 1, one a day from firstDate, whose field 1 takes the values given and
+    // field f each value times f, so that every field differs.
+    static QList<KVDSampleWriter::Record> series(quint32 firstDate, const QList<quint32>& values,
+                                                 int fieldCount);
 
 private:
     QTemporaryDir m_dir;

@@ -14,10 +14,20 @@
 
 KVDCustomCurves::KVDCustomCurves(KVDView& view, QWidget* window) : m_view(view), m_window(window) {}
 
+// The selection is the set of checked rows: rows listed but none ticked select nothing, and
+// must not truncate the custom file the user already has.
+static bool anyChecked(QTreeWidget* list)
+{
+    for (int r = 0; r < list->topLevelItemCount(); ++r)
+        if (list->topLevelItem(r)->checkState(0) == Qt::Checked)
+            return true;
+    return false;
+}
+
 bool KVDCustomCurves::choose(const QString& user)
 {
     KVDCustomSelect dialog(m_view.root, m_window, nullptr, 0, false);
-    if (dialog.exec() != QDialog::Accepted || dialog.recordList()->topLevelItemCount() == 0)
+    if (dialog.exec() != QDialog::Accepted || !anyChecked(dialog.recordList()))
         return false;
     if (QFile::exists(m_view.configPath()))
         m_view.storeView();

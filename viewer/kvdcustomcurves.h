@@ -17,7 +17,7 @@ public:
     KVDCustomCurves(KVDView& view, QWidget* window);
 
     // Asks for records with the custom dialog and writes the custom file of user, the
-    // view file stored first. False when the dialog was cancelled or listed nothing;
+    // view file stored first. False when the dialog was cancelled or no row was checked;
     // otherwise the window rebuilds its view.
     bool choose(const QString& user);
     // Writes the checked rows of list, last row first, into the custom measure file of

@@ -27,8 +27,11 @@ const QString EditedMetric = QStringLiteral("_EDITED_METRIC_");
 // depend on this.
 QString encodeDate(const QDateTime& value)
 {
-    const QDateTime reference(QDate(1970, 1, 1), QTime(0, 0));
-    return QString::number(static_cast<int>(reference.secsTo(value)), 10);
+    // Wall-clock seconds, no zone conversion: the date and time as shown, counted as if
+    // both ends were UTC, so that a summer date is not an hour off in a zone with
+    // daylight saving.
+    const QDateTime naive(value.date(), value.time(), Qt::UTC);
+    return QString::number(static_cast<int>(naive.toSecsSinceEpoch()), 10);
 }
 
 QDateTime decodeDate(const QString& text)
@@ -174,9 +177,10 @@ void KVDConfig::DisplayConfig()
 
 bool KVDConfig::ScanRepository(QString dir, bool interactive)
 {
-    const QStringList entries =
-        QDir(dir).entryList({QStringLiteral("*.kvd")}, QDir::Files | QDir::Dirs | QDir::Drives,
-                            QDir::Name | QDir::IgnoreCase);
+    // The name filter tells case (cov.alice.4.KVD is not a data file); only the order ignores it.
+    const QStringList entries = QDir(dir).entryList(
+        {QStringLiteral("*.kvd")}, QDir::Files | QDir::Dirs | QDir::Drives | QDir::CaseSensitive,
+        QDir::Name | QDir::IgnoreCase);
     if (entries.isEmpty()) {
         if (interactive)
             KVDShell::criticalBox(tr("There is nothing to display.\n"));

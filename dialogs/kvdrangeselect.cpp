@@ -77,7 +77,8 @@ QStringList KVDRangeSelect::entries(const QString& dir)
 {
     const QString filter = QLatin1Char('*') + KVDShell::user() + QLatin1String("*.kvd");
     return QDir(dir).entryList({filter},
-                               QDir::Files | QDir::Dirs | QDir::Drives | QDir::NoDotAndDotDot,
+                               QDir::Files | QDir::Dirs | QDir::Drives | QDir::NoDotAndDotDot |
+                                   QDir::CaseSensitive,
                                QDir::Name | QDir::IgnoreCase);
 }
 

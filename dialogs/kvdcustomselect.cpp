@@ -60,7 +60,7 @@ void KVDCustomSelect::GetMeasure(int index)
     const QString path = m_dir + QDir::separator() + fileName;
     KVDMeasureFile file;
     QString error;
-    if (!file.open(path, fields, &error)) {
+    if (!file.open(path, fields, &error, KVDMeasureFile::Access::ReadWrite)) {
         KVDShell::warningBox(tr("Kavendi Request has failed\n"));
         InProgress = false;
         return;
@@ -81,6 +81,8 @@ void KVDCustomSelect::GetMeasure(int index)
         row->position = file.offset();
         row->fieldCount = fields;
         row->secondText = fileName;
+        for (int c = 0; c < m_list->columnCount(); ++c)
+            row->setTextAlignment(c, Qt::AlignCenter);
     }
     InProgress = false;
 }

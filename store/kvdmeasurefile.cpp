@@ -49,14 +49,15 @@ KVDMeasureFile::~KVDMeasureFile()
     close();
 }
 
-bool KVDMeasureFile::open(const QString& path, int fieldCount, QString* error)
+bool KVDMeasureFile::open(const QString& path, int fieldCount, QString* error, Access access)
 {
     close();
     if (!checkFieldCount(fieldCount, error))
         return false;
     // Opened without blocking so that a pipe or device named like a data file cannot hang
     // the reader; only regular files are read (a directory would open too).
-    const int fd = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    const int mode = access == Access::ReadWrite ? O_RDWR : O_RDONLY;
+    const int fd = ::open(QFile::encodeName(path).constData(), mode | O_NONBLOCK | O_CLOEXEC);
     if (fd < 0) {
         if (error)
             *error = QCoreApplication::translate("KVDMeasureFile", "Can't open file: %1\n",
@@ -65,7 +66,8 @@ bool KVDMeasureFile::open(const QString& path, int fieldCount, QString* error)
         return false;
     }
     struct stat info;
-    if (fstat(fd, &info) != 0 || !S_ISREG(info.st_mode) || !(m_file = fdopen(fd, "rb"))) {
+    if (fstat(fd, &info) != 0 || !S_ISREG(info.st_mode) ||
+        !(m_file = fdopen(fd, access == Access::ReadWrite ? "r+b" : "rb"))) {
         ::close(fd);
         if (error)
             *error = QCoreApplication::translate("KVDMeasureFile", "Not a measure data file: %1\n",

@@ -57,10 +57,17 @@ public:
     KVDMeasureFile(const KVDMeasureFile&) = delete;
     KVDMeasureFile& operator=(const KVDMeasureFile&) = delete;
 
-    // Opens a data file of fieldCount fields for reading. False, with a message for the
-    // user in *error, when the count is out of range or the path is not a readable regular
-    // file; nothing is allocated for a refused count.
-    bool open(const QString& path, int fieldCount, QString* error = nullptr);
+    // Read: curves only read, so a read-only repository can still be charted. ReadWrite:
+    // the record dialogs, whose records may be deleted next, refuse a file the user may
+    // not change when they list it rather than when a deletion is tried.
+    enum class Access { Read, ReadWrite };
+
+    // Opens a data file of fieldCount fields; records are only ever read through it. False,
+    // with a message for the user in *error, when the count is out of range or the path is
+    // not a regular file that opens with that access; nothing is allocated for a refused
+    // count.
+    bool open(const QString& path, int fieldCount, QString* error = nullptr,
+              Access access = Access::Read);
     void close();
     bool isOpen() const { return m_file != nullptr; }
     int fieldCount() const { return m_fieldCount; }

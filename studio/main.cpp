@@ -1,3 +1,4 @@
+#include "kvdtoolkitsetup.h"
 #include "studiowindow.h"
 
 #include <QApplication>
@@ -35,6 +36,7 @@ QString takePluginOption(int& argc, char** argv)
 int main(int argc, char** argv)
 {
     const QString pluginPath = takePluginOption(argc, argv);
+    KvdToolkitSetup::prepare();
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("kavendi-studio"));
 
@@ -42,10 +44,11 @@ int main(int argc, char** argv)
     parser.setApplicationDescription(QStringLiteral("A small host for viewer plug-ins."));
     parser.addHelpOption();
     const QString binDir = QCoreApplication::applicationDirPath();
-    QCommandLineOption plugin(QStringLiteral("plugin"), QStringLiteral("Viewer plug-in library to load."),
-                              QStringLiteral("PATH"), binDir + QStringLiteral("/../lib/libkavendi.so"));
-    QCommandLineOption project(QStringLiteral("project"), QStringLiteral("Open a project directory."),
-                               QStringLiteral("DIR"));
+    QCommandLineOption plugin(
+        QStringLiteral("plugin"), QStringLiteral("Viewer plug-in library to load."),
+        QStringLiteral("PATH"), binDir + QStringLiteral("/../lib/libkavendi.so"));
+    QCommandLineOption project(QStringLiteral("project"),
+                               QStringLiteral("Open a project directory."), QStringLiteral("DIR"));
     QCommandLineOption data(QStringLiteral("data"), QStringLiteral("Host data directory."),
                             QStringLiteral("DIR"), binDir + QStringLiteral("/../share/kavendi"));
     QCommandLineOption open(QStringLiteral("open"), QStringLiteral("Open a viewer at start."));

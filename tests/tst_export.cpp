@@ -10,6 +10,7 @@
 
 #include <QCryptographicHash>
 #include <QDialog>
+#include <QPainter>
 #include <QProcess>
 #include <QRandomGenerator>
 #include <QSvgRenderer>
@@ -202,7 +203,8 @@ private slots:
     {
         // R, S: the repository without and with a saved view; E: an empty directory;
         // O.x: a file in the output directory.
-        // The arguments, the exit status, and what is in O.x or on standard error.
+        // The arguments, the exit status, and what is in O.x ("svg L": with axis label L) or
+        // on standard error.
         QTest::addColumn<std::tuple<QString, int, QString>>("c");
         auto row = [](const char* name, const QString& args, int status, const char* expect) {
             QTest::newRow(name) << std::tuple<QString, int, QString>{args, status, expect};
@@ -213,12 +215,16 @@ private slots:
         row("png, no saved view", png, 0, "none");
         row("svg, saved view", "render --root S --size 640x400 -o O.svg", 0, "svg");
         row("pdf, saved view", "render --root S --size 640x400 -o O.pdf", 0, "pdf");
+        row("svg, no curve, the range asked for",
+            "render --root R --size 640x400 -o O.svg --from 2001-01-01 --to 2001-03-01", 0,
+            "svg Jan 2001");
         row("csv, saved view", "export --root S -o O.csv", 0, "csv");
         row("csv, the same curves chosen, a range",
             "export --root R -o O.csv --from 2024-06-01 --to 2024-06-20T12:00:00" + two, 0,
             "range");
         row("no root", "render -o O.png", 2, "--root R is required");
         row("missing root", "render --root /none -o O.png", 2, "no such directory");
+        row("root a file", "export --root /dev/null -o O.csv", 2, "not a directory");
         row("no measures", "render --root E -o O.png", 1, "cannot be shown");
         row("no field", "render --root R --curve cov4:al -o O.png", 2, "KEY:USER");
         row("measure", "render --root R --curve x4:al:1 -o O.png", 1, "no measure");
@@ -271,11 +277,24 @@ private slots:
         const QByteArray bytes = TestEnv::contents(out.filePath(written[0]));
         if (expect == "csv" || expect == "range") {
             QCOMPARE(bytes, expect == "csv" ? m_csv : m_rangeCsv);
-        } else if (expect == "pdf" || expect == "svg") {
-            QVERIFY2(expect == "pdf"
-                         ? bytes.startsWith("%PDF-") && bytes.contains("/MediaBox [0 0 640")
-                         : QSvgRenderer(bytes).viewBox() == QRect(0, 0, 640, 400),
-                     "one 640 x 400 page or picture");
+        } else if (expect == "pdf") {
+            // 640 x 400 pixels at the PNG's 96 an inch make a page of 480 x 300 points.
+            const QRegularExpressionMatch box =
+                QRegularExpression("/MediaBox \\[0 0 ([\\d.]+) ([\\d.]+)\\]")
+                    .match(QString::fromLatin1(bytes));
+            QVERIFY2(bytes.startsWith("%PDF-") && box.captured(1).toDouble() == 480 &&
+                         box.captured(2).toDouble() == 300,
+                     qPrintable(box.captured()));
+        } else if (expect.startsWith("svg")) {
+            QCOMPARE(QSvgRenderer(bytes).viewBox(), QRect(0, 0, 640, 400));
+            QImage png(1, 1, QImage::Format_RGB32); // its text is as large as a PNG's
+            QSet<QString> sizes;
+            const QRegularExpression fontSize("font-size=\"([^\"]*)\"");
+            for (const QRegularExpressionMatch& m : fontSize.globalMatch(QString::fromUtf8(bytes)))
+                sizes << m.captured(1);
+            QCOMPARE(sizes, QSet<QString>{QString::number(QPainter(&png).fontInfo().pixelSize())});
+            const QByteArray label = '>' + expect.section(' ', 1).toUtf8() + "</text>";
+            QVERIFY2(expect == "svg" || bytes.contains(label), "no such axis label");
         } else {
             const QImage image = QImage::fromData(bytes, "PNG");
             QCOMPARE(image.size(), QSize(640, 400));

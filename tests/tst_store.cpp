@@ -355,8 +355,49 @@ private slots:
                 "kvd write c u 42 2024-03-01 3 4 && kvd dump c.u.2.kvd && kvd dump c.u.2.idx", 0,
                 "0 0 2024-03-01T00:00:00Z 0x0000002a 3/3 4/4\n0 0x0000002a 0\n");
         command("write, dot in user", "kvd write c u.v 1 0 5", 0, "", "warning");
+        command(
+            "write, UTC offsets and Z",
+            "kvd write c u 1 2026-03-29T01:30:00+02:00 5 && "
+            "kvd write c v 2 2024-12-31T22:00:00-05:30 6 && "
+            "kvd write c w 3 2024-02-29T12:00:00Z 7 && for f in c.?.1.kvd; do kvd dump $f; done",
+            0,
+            "0 0 2026-03-28T23:30:00Z 0x00000001 5/5\n0 0 2025-01-01T03:30:00Z 0x00000002 6/6\n"
+            "0 0 2024-02-29T12:00:00Z 0x00000003 7/7\n");
+        command("write, offset past the last 32-bit second",
+                "kvd write c u 1 2106-02-07T06:28:15-00:01 5", 2, "", "2106-02-07T06:28:15Z:");
+        // The store would read any of them as "now".
+        command("write, 0 seconds spelled otherwise",
+                "for d in 00 0x0 1970-01-01T00:00:00Z 1970-01-01T02:00:00+02:00; do "
+                "kvd write c u 1 $d 5; echo $?; done; ls",
+                0, "2\n2\n2\n2\n", "0 for now");
+        command("write, other ISO forms",
+                "for d in 2024-03-01T10:00 '2024-03-01 10:00:00' 2024-03-01T10:00:00.5 "
+                "2024-03-01T10:00:00+0200 2024-03-01Z 2024-03-01T24:00:00; do "
+                "kvd write c u 1 \"$d\" 5; echo $?; done; ls",
+                0, "2\n2\n2\n2\n2\n2\n", "with Z, +HH:MM or -HH:MM");
+        command("write usage, later writes fail", "kvd write --help", 0,
+                "Usage: kvd write (.|\n)*Only the first write of a pair succeeds(.|\n)*"
+                "Unable to read DataBase(.|\n)*");
         command("dump, no file", "kvd dump c.u.4.kvd", 1, "", "Can't open file: c.u.4.kvd");
         command("dump, no count", "kvd dump $D/nodots.kvd", 2, "", "give it with --fields");
+        command("dump, pipe as data file", "mkfifo c.u.4.kvd && kvd dump c.u.4.kvd", 1, "",
+                "c.u.4.kvd is a pipe, not a regular file");
+        command("render, pipe as definitions",
+                "mkfifo b && kvd render --root . --builtin b -o o.png", 1, "",
+                "b is a pipe, not a regular file");
+        command(
+            "render, pipe as saved view",
+            "kvd sample . --days 2 >/dev/null && mkfifo KVD.cfg && kvd render --root . -o o.png", 1,
+            "", "KVD.cfg is a pipe, not a regular file");
+        command("render, wider than the drawing limit",
+                "kvd sample . --days 2 >/dev/null && "
+                "kvd render --root . --size 4249x200 -o a.png 2>&1 | grep -c 'drawing limit'; "
+                "kvd render --root . --size 4250x200 -o b.png",
+                0, "0\n", "the plot reaches x = 4000, the chart's drawing limit");
+        command("no toolkit notice without a runtime directory",
+                "unset XDG_RUNTIME_DIR; kvd key abcd 2>&1 && "
+                "QT_QPA_PLATFORM=offscreen kavendi-studio --screenshot s.png 2>&1",
+                0, "0xaca0a4b8\nscreenshot s.png\n");
         command("dump, 0 fields", "kvd dump --fields 0 $D/nodots.kvd", 0, dumped(0, 20));
         command("dump, 10000 fields", "kvd dump --fields 10000 $D/nodots.kvd", 2, "", "0 to 9999");
         command("dump, 9999 fields", "kvd dump --fields 9999 $D/nodots.kvd", 0, "", "160 bytes");

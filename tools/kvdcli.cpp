@@ -1,6 +1,10 @@
 #include "kvdcli.h"
 
+#include <QFile>
+
 #include <cstdio>
+
+#include <sys/stat.h>
 
 namespace KvdCli {
 
@@ -27,6 +31,18 @@ int fail(const char* command, const QString& message, int status)
         text.chop(1);
     std::fprintf(stderr, "kvd %s: %s\n", command, qPrintable(text));
     return status;
+}
+
+QString notRegularFile(const QString& path)
+{
+    struct stat info;
+    if (stat(QFile::encodeName(path).constData(), &info) != 0 || S_ISREG(info.st_mode))
+        return QString();
+    const char* kind = S_ISDIR(info.st_mode)    ? "a directory"
+                       : S_ISFIFO(info.st_mode) ? "a pipe"
+                       : S_ISSOCK(info.st_mode) ? "a socket"
+                                                : "a device";
+    return QStringLiteral("%1 is %2, not a regular file").arg(path, QLatin1String(kind));
 }
 
 bool toWord(const QString& text, quint32* word)

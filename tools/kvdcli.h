@@ -17,6 +17,10 @@ int parse(QCommandLineParser& parser, const char* command, const QStringList& ar
           const char* usage);
 // Prints "kvd COMMAND: message" on standard error and answers status.
 int fail(const char* command, const QString& message, int status = 1);
+// Empty when path names a regular file (through any links) or nothing at all; otherwise
+// the message that refuses it, naming path and what it is. Looks without opening: an
+// open of a pipe for reading waits for a writer.
+QString notRegularFile(const QString& path);
 // An unsigned 32-bit number in decimal or, with a 0x prefix, hexadecimal.
 bool toWord(const QString& text, quint32* word);
 // A count in decimal, within [low, high].

@@ -16,7 +16,8 @@ const char Usage[] =
     "with the byte offset of the record, its date in ISO 8601 (UTC), its key in hexadecimal\n"
     "and the value and running total of each field. The number of fields comes from the\n"
     "file name (MEASURE.USER.N.kvd) unless --fields gives it. An index file (.idx) is\n"
-    "listed as INDEX KEY OFFSET, one line an entry.\n"
+    "listed as INDEX KEY OFFSET, one line an entry. A FILE that is not a regular file (a\n"
+    "pipe, a device, a directory) is refused unread.\n"
     "\n"
     "  --fields N   the number of fields, 0 to 9999\n";
 
@@ -62,6 +63,8 @@ int kvdDump(const QStringList& args)
         return KvdCli::fail("dump", QStringLiteral("expects one FILE, got %1").arg(words.size()),
                             2);
     const QString path = words[0];
+    if (const QString refused = KvdCli::notRegularFile(path); !refused.isEmpty())
+        return KvdCli::fail("dump", refused);
     if (path.endsWith(QLatin1String(".idx")))
         return dumpIndex(path);
 

@@ -13,6 +13,10 @@ const char Usage[] =
     "\n"
     "Writes the curves the viewer would show as the viewer's CSV export: one row an instant,\n"
     "a date formula, then one column a curve. Nothing in the repository is written.\n"
+    "\n"
+    "Exit status: 0 when OUT.csv was written; 1 when no file was written, because no curve\n"
+    "was selected (the viewer exports nothing from an empty chart either; kvd says so),\n"
+    "something named cannot be shown or OUT.csv cannot be written; 2 for bad arguments.\n"
     "\n";
 
 const char OutputHelp[] = "  -o OUT.csv             the file to write\n";

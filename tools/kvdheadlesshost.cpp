@@ -1,4 +1,5 @@
 #include "kvdheadlesshost.h"
+#include "kvdcli.h"
 
 #include <QCoreApplication>
 #include <QFile>
@@ -14,10 +15,11 @@ KVDHeadlessHost::KVDHeadlessHost(const QString& builtin)
     }
     // The viewer reads the definitions under a fixed name in the host directory; a file
     // of another name is copied there.
-    if (!QFileInfo(builtin).isFile()) {
+    m_error = KvdCli::notRegularFile(builtin);
+    if (m_error.isEmpty() && !QFileInfo::exists(builtin))
         m_error = QStringLiteral("%1: no such file").arg(builtin);
+    if (!m_error.isEmpty())
         return;
-    }
     m_copy = std::make_unique<QTemporaryDir>();
     m_directory = m_copy->path();
     if (!QFile::copy(builtin, m_directory + QLatin1String("/KVD_built_in.cfg")))

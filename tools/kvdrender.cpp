@@ -27,10 +27,25 @@ const char Usage[] =
     "\n";
 
 const char SizeHelp[] =
-    "  --size WxH             the picture size (default 1280x800, at least 400x200)\n"
-    "  -o OUT                 the file to write (.png, .svg or .pdf)\n";
+    "  --size WxH             the picture size in pixels (default 1280x800, at least\n"
+    "                         400x200); SVG and PDF count 96 pixels an inch as PNG does,\n"
+    "                         so text takes the same share of every picture (a PDF page\n"
+    "                         of W x H pixels measures 3/4 W x 3/4 H points)\n"
+    "  -o OUT                 the file to write (.png, .svg or .pdf)\n"
+    "\n"
+    "The chart draws no curve point at or right of x = 4000, where the window system's\n"
+    "coordinates stop being safe. The plot ends 250 pixels short of the right edge, so from\n"
+    "a width of 4250 on it reaches that limit and curves stop short of its right end (kvd\n"
+    "says so on standard error).\n";
 
 constexpr int MaxSide = 16384;
+// The chart draws no curve point whose device x is at or past DrawingLimit, and its plot
+// ends RightStrip short of the picture's right edge.
+constexpr int DrawingLimit = 4000;
+constexpr int RightStrip = 250;
+// The resolution of a PNG (a QImage's default): an SVG or PDF drawn at it has one unit a
+// pixel, so that fonts sized in points take the same part of every picture.
+constexpr int PixelsPerInch = 96;
 
 bool parseSize(const QString& text, QSize* size)
 {
@@ -73,18 +88,18 @@ bool paintTo(QSaveFile* file, const QString& format, KVDView& view, const QSize&
         svg.setOutputDevice(file);
         svg.setSize(size);
         svg.setViewBox(QRect(QPoint(0, 0), size));
+        svg.setResolution(PixelsPerInch);
         svg.setTitle(QStringLiteral("Kavendi"));
         if (!painter.begin(&svg))
             return false;
         draw(&painter, view, size);
         return painter.end();
     }
-    // One page of exactly W x H points, without margins, so that one unit is one pixel
-    // of the screen picture.
+    // One page of exactly W x H pixels, without margins.
     QPdfWriter pdf(file);
-    pdf.setResolution(72);
-    pdf.setPageLayout(
-        QPageLayout(QPageSize(QSizeF(size), QPageSize::Point), QPageLayout::Portrait, QMarginsF()));
+    pdf.setResolution(PixelsPerInch);
+    pdf.setPageLayout(QPageLayout(QPageSize(QSizeF(size) / PixelsPerInch, QPageSize::Inch),
+                                  QPageLayout::Portrait, QMarginsF()));
     pdf.setTitle(QStringLiteral("Kavendi"));
     if (!painter.begin(&pdf))
         return false;
@@ -135,6 +150,11 @@ int kvdRender(const QStringList& args)
         return KvdCli::fail("render", error);
     if (view.curves.isEmpty())
         std::fprintf(stderr, "kvd render: no curve to show; the chart is empty\n");
+    if (size.width() - RightStrip >= DrawingLimit)
+        std::fprintf(stderr,
+                     "kvd render: at a width of %d the plot reaches x = %d, the chart's drawing "
+                     "limit; curves stop there, short of the plot's right edge\n",
+                     size.width(), DrawingLimit);
 
     // Written aside and moved into place at the end: a failed render leaves no file.
     QSaveFile file(path);

@@ -1,4 +1,5 @@
 #include "kvdselection.h"
+#include "kvdcli.h"
 #include "kvdconfig.h"
 #include "kvdcurve.h"
 #include "kvdheadlesshost.h"
@@ -43,7 +44,8 @@ const char* KVDSelection::optionsHelp()
            "  --curve KEY:USER:FIELD adds field FIELD (from 1) of measure KEY (cov4) of USER,\n"
            "                         as the viewer's field menu does; may be repeated\n"
            "  --from T, --to T       the shown range, YYYY-MM-DD or YYYY-MM-DDTHH:MM:SS, local\n"
-           "                         time\n"
+           "                         time; a bound left out stays where the chart has it (the\n"
+           "                         last 30 days on a chart without curves)\n"
            "  --builtin FILE         measure definitions to use instead of the installed ones\n";
 }
 
@@ -72,8 +74,10 @@ bool KVDSelection::read(const QCommandLineParser& parser, QString* error)
         return false;
     }
     m_rootPath = QDir::cleanPath(parser.value(m_root));
-    if (!QFileInfo(m_rootPath).isDir()) {
-        *error = QStringLiteral("%1: no such directory").arg(m_rootPath);
+    const QFileInfo root(m_rootPath);
+    if (!root.isDir()) {
+        *error = root.exists() ? QStringLiteral("%1: not a directory").arg(m_rootPath)
+                               : QStringLiteral("%1: no such directory").arg(m_rootPath);
         return false;
     }
     m_builtinPath = parser.value(m_builtin);
@@ -131,6 +135,10 @@ bool KVDSelection::apply(KVDView* view, QString* error)
 
     // Never stored: the repository is only read.
     const QString saved = m_savedView ? m_rootPath + QLatin1String("/KVD.cfg") : QString();
+    if (const QString refused = KvdCli::notRegularFile(saved); !refused.isEmpty()) {
+        *error = refused;
+        return false;
+    }
     if (!view->load(m_rootPath, saved, false)) {
         *error = QStringLiteral("%1 cannot be shown").arg(m_rootPath);
         return false;
@@ -142,14 +150,20 @@ bool KVDSelection::apply(KVDView* view, QString* error)
             return false;
 
     if (m_start.isValid() || m_end.isValid()) {
-        const QDateTime from = m_start.isValid() ? m_start : view->start;
-        const QDateTime to = m_end.isValid() ? m_end : view->end;
+        // An empty chart is a picture too: it shows the range asked for, and what it
+        // shows by itself (the last 30 days) stands for the bound not given.
+        const QDateTime now = QDateTime::currentDateTime();
+        const QDateTime from = m_start.isValid() ? m_start
+                               : view->datesSet  ? view->start
+                                                 : now.addDays(-30);
+        const QDateTime to = m_end.isValid() ? m_end : view->datesSet ? view->end : now;
         if (!from.isValid() || !to.isValid() || to <= from) {
             *error = QStringLiteral("the range from %1 to %2 is empty")
                          .arg(from.toString(Qt::ISODate), to.toString(Qt::ISODate));
             return false;
         }
         view->setRange(from, to);
+        view->datesSet = true;
     }
     return true;
 }

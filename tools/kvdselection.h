@@ -38,7 +38,8 @@ public:
     bool read(const QCommandLineParser& parser, QString* error);
     // Installs the headless host, loads the repository into view as start-up does but
     // without storing it, restores the saved view (--view, or no --curve), adds the
-    // curves and sets the range. False with a message when anything named is missing;
+    // curves and sets the range, also on a chart without curves. False with a message
+    // when anything named is missing or is not a regular file (R/KVD.cfg);
     // what the viewer would show in a box has gone to standard error by then. The host
     // stays installed until this object goes, so view must go first.
     bool apply(KVDView* view, QString* error);

@@ -1,8 +1,8 @@
 #include "kvdcli.h"
+#include "kvddate.h"
 #include "kvdmeasurefile.h"
 #include "kvdstore.h"
 
-#include <QDateTime>
 #include <QFile>
 #include <QFileInfo>
 
@@ -19,31 +19,25 @@ const char Usage[] =
     "status is its result (0 written, 1 not written, 2 bad arguments).\n"
     "\n"
     "  KEY    record key, a 32-bit number in decimal or 0x hexadecimal (see kvd key)\n"
-    "  DATE   seconds since 1970-01-01 UTC, 0 for now, or YYYY-MM-DD[THH:MM:SS] in UTC\n"
+    "  DATE   0 for now, or one of\n"
+    "           SECONDS                    since 1970-01-01 UTC, decimal or 0x hexadecimal\n"
+    "           YYYY-MM-DD                 midnight UTC\n"
+    "           YYYY-MM-DDTHH:MM:SS        UTC, also with a trailing Z\n"
+    "           YYYY-MM-DDTHH:MM:SS+HH:MM  local time HH:MM ahead of UTC (-HH:MM: behind);\n"
+    "                                      the record holds that instant in UTC\n"
+    "         from 1970-01-01T00:00:01Z to 2106-02-07T06:28:15Z, the 32-bit seconds\n"
     "  VALUE  one unsigned 32-bit number per field; their count names the file pair\n"
     "\n"
     "The pair is ZANTH_KVD_ROOT/MEASURE.USER.N.kvd (and .idx), N the number of values.\n"
-    "A writer waits for as long as the pair's .lck file exists.\n";
+    "A writer waits for as long as the pair's .lck file exists.\n"
+    "\n"
+    "Only the first write of a pair succeeds on this build: it creates the pair. Every\n"
+    "later write to the same MEASURE, USER and N fails, changes neither file and exits\n"
+    "with 1 after the store's message \"Unable to read DataBase file\". The store does so\n"
+    "by design; it is no passing fault, and trying again gives the same.\n";
 
-// DATE as seconds: a number, or an ISO date and time read in UTC.
-bool toDate(const QString& text, quint32* date)
-{
-    if (KvdCli::toWord(text, date))
-        return true;
-    QDateTime time = QDateTime::fromString(text, Qt::ISODate);
-    if (!time.isValid()) {
-        const QDate day = QDate::fromString(text, Qt::ISODate);
-        if (!day.isValid())
-            return false;
-        time = QDateTime(day, QTime(0, 0));
-    }
-    time.setTimeSpec(Qt::UTC);
-    const qint64 seconds = time.toSecsSinceEpoch();
-    if (seconds <= 0 || seconds > qint64(0xFFFFFFFFu))
-        return false;
-    *date = quint32(seconds);
-    return true;
-}
+const char DateForms[] = "0 for now, SECONDS, YYYY-MM-DD, YYYY-MM-DDTHH:MM:SS, or the latter "
+                         "with Z, +HH:MM or -HH:MM";
 
 } // namespace
 
@@ -63,10 +57,19 @@ int kvdWrite(const QStringList& args)
     if (!KvdCli::toWord(words[2], &key))
         return KvdCli::fail("write", QStringLiteral("KEY is not a 32-bit number: %1").arg(words[2]),
                             2);
-    quint32 date = 0;
-    if (!toDate(words[3], &date))
+    std::uint32_t date = 0;
+    const QByteArray dateText = words[3].toUtf8();
+    const KvdDate::Status read =
+        KvdDate::parse({dateText.constData(), size_t(dateText.size())}, &date);
+    if (read != KvdDate::Status::Ok)
         return KvdCli::fail(
-            "write", QStringLiteral("DATE is neither seconds nor a date: %1").arg(words[3]), 2);
+            "write",
+            QStringLiteral("DATE is neither seconds nor a date%1: %2 (give %3)")
+                .arg(QLatin1String(read == KvdDate::Status::OutOfRange
+                                       ? " from 1970-01-01T00:00:01Z to 2106-02-07T06:28:15Z"
+                                       : ""),
+                     words[3], QLatin1String(DateForms)),
+            2);
     std::vector<uint32_t> values;
     for (const QString& word : words.mid(4)) {
         quint32 value = 0;

@@ -1,4 +1,5 @@
 #include "kvdcommands.h"
+#include "kvdtoolkitsetup.h"
 
 #include <QApplication>
 
@@ -23,6 +24,7 @@ int main(int argc, char** argv)
 {
     // kvd is headless: it never opens a window, whatever display there is.
     qputenv("QT_QPA_PLATFORM", "offscreen");
+    KvdToolkitSetup::prepare();
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("kvd"));
 
@@ -32,7 +34,8 @@ int main(int argc, char** argv)
         return 2;
     }
     const QString name = args.takeFirst();
-    if (name == QLatin1String("--help") || name == QLatin1String("-h") || name == QLatin1String("help")) {
+    if (name == QLatin1String("--help") || name == QLatin1String("-h") ||
+        name == QLatin1String("help")) {
         usage(stdout);
         return 0;
     }

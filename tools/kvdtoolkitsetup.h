@@ -1,0 +1,19 @@
+#ifndef KVDTOOLKITSETUP_H
+#define KVDTOOLKITSETUP_H
+
+// What kvd and the host program do before their application object exists, so that a
+// command prints what it was asked for and its own diagnostics, never the toolkit's
+// remarks about how the process was started (a missing runtime directory, a window hint
+// the headless platform cannot pass on). Every other message still goes through.
+namespace KvdToolkitSetup {
+
+// Call first in main, before QApplication. Gives XDG_RUNTIME_DIR a directory of this user
+// that only this user may enter (0700) unless it names one already: the one kept for the
+// user under the temporary directory, or, when someone else holds that name, a fresh one
+// removed again at exit if left empty. Then drops the headless platform's notice about
+// size hints from the messages.
+void prepare();
+
+} // namespace KvdToolkitSetup
+
+#endif

@@ -240,7 +240,8 @@ private slots:
             QVERIFY(root.writePair(part[0], part[1], part[2].toInt(),
                                    series(D0, {1}, part[2].toInt())));
         }
-        for (const char* name : {"/huge.alice.10000.kvd", "/neg.alice.-3.kvd"})
+        // A name filter that ignored case would list carol's upper-case file.
+        for (const char* name : {"/huge.alice.10000.kvd", "/neg.alice.-3.kvd", "/cov.carol.4.KVD"})
             QVERIFY(QFile(root.root() + name).open(QIODevice::WriteOnly));
         // A quiet scan only looks for data files; a missing directory has none.
         KVDConfig quiet(script(dialogue, log));
@@ -329,6 +330,42 @@ private slots:
         QCOMPARE(TestEnv::contents(again.root() + "/KVDbob.cfg"),
                  TestEnv::contents(TestEnv::dataFile("golden_empty_view.cfg")));
         QCOMPARE(west.secsTo(back.start), -7 * 3600);
+    }
+
+    // Dates are written as wall-clock seconds from 1970 and read as seconds since the epoch:
+    // a stored view comes back moved by the zone's offset (later east of UTC, earlier west,
+    // an event then on the day before), and a restart writes the moved value.
+    void dates_data()
+    {
+        QTest::addColumn<QByteArray>("zone");
+        QTest::addColumn<QDate>("day"); // the view starts at 00:30 that day, an event on it
+        QTest::addColumn<int>("drift"); // seconds the read start lies after the stored one
+        const QDate summer(2024, 7, 1), winter(2024, 1, 15);
+        QTest::newRow("Paris, summer") << QByteArray("Europe/Paris") << summer << 7200;
+        QTest::newRow("Paris, winter") << QByteArray("Europe/Paris") << winter << 3600;
+        QTest::newRow("east, no daylight saving") << QByteArray("<+0530>-5:30") << summer << 19800;
+        QTest::newRow("west: the day before") << QByteArray("<-07>7") << summer << -25200;
+    }
+
+    void dates()
+    {
+        QFETCH(QByteArray, zone);
+        QFETCH(QDate, day);
+        QFETCH(int, drift);
+        qputenv("TZ", zone);
+        tzset();
+        SampleRepository dir;
+        const QDateTime start(day, QTime(0, 30));
+        const qint64 wallClock = QDateTime(day, QTime(0, 30), Qt::UTC).toSecsSinceEpoch();
+        KVDConfig config;
+        View view{{}, {new KVDEvent(day, "e", true)}, start, start.addDays(30), 0}, back, again;
+        QVERIFY(view.store(config, dir.root()) && back.read(config, dir.root()));
+        QVERIFY2(TestEnv::contents(dir.root() + "/KVD.cfg").contains(QByteArray::number(wallClock)),
+                 "the start as wall-clock seconds, whatever the zone's offset that day");
+        QCOMPARE(back.start, start.addSecs(drift));
+        QCOMPARE(back.events.value(0)->date, start.addSecs(drift).date());
+        QVERIFY(back.store(config, dir.root()) && again.read(config, dir.root()));
+        QCOMPARE(again.start, start.addSecs(2 * drift));
     }
 };
 

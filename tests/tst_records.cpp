@@ -81,7 +81,9 @@ private:
         if (!QDir().mkpath(m_root) ||
             !KVDSampleWriter::writePair(m_root, "tests", "alice", 2, records()) ||
             !KVDSampleWriter::writePair(m_root, "tests", "bob", 2, records().mid(0, 1)) ||
-            !KVDSampleWriter::writePair(m_root, "cov", "bob", 4, {{978652800, 3, {1, 2, 3, 4}}}))
+            !KVDSampleWriter::writePair(m_root, "cov", "bob", 4, {{978652800, 3, {1, 2, 3, 4}}}) ||
+            // Not a data file: the filter tells case, so no dialog or scan lists it.
+            !QFile(m_root + "/cov.alice.4.KVD").open(QIODevice::WriteOnly))
             return false;
         qputenv("ZANTH_KVD_ROOT", QFile::encodeName(m_root));
         m_viewer.reset(); // a window going ends the started state
@@ -133,6 +135,9 @@ private slots:
             "1 cov tests 2001-01-01 2001-02-01 cov.bob.4.kvd");
         row("range: file gone before OK", "range gone", "OK", "1 tests 2001-01-01 2001-02-01 ");
         row("records: no file of hers", "records empty", "OK", "1 4 0");
+        // Listed for update, as a deletion would open it: refused before anything is tried.
+        row("records: a file that cannot be updated", "records locked", "OK|OK",
+            "1 6 0 warning|Test Studio|Kavendi Request has failed\n");
         row("scale: from March keeps 31", "scale", "fromDay=31 fromMonth=3 OK",
             "1 2001-03-31 2001-02-01");
         row("scale: year capped, no host", "scale bare",
@@ -173,7 +178,17 @@ private slots:
                                           {"labels", &labels}, {"question", &question}};
         QDialog* shown = all[dialog.section(' ', 0, 0)];
         QVERIFY(!dialog.contains("gone") || QFile::remove(m_root + "/tests.alice.2.kvd"));
-        m_answers->push(answer(script));
+        if (dialog.contains("locked")) { // a regular file that not even root may write
+            const QString locked = "/sys/devices/system/cpu/online";
+            if (!QFileInfo(locked).isFile() || QFile(locked).open(QIODevice::ReadWrite))
+                QSKIP("no file here refuses to be opened for writing");
+            QVERIFY(QFile::remove(m_root + "/tests.alice.2.kvd") &&
+                    QFile::link(locked, m_root + "/tests.alice.2.kvd"));
+        }
+        for (const QString& part : script.split('|'))
+            m_answers->push(answer(part));
+        if (dialog.contains("locked"))
+            records.GetMeasure(0); // as a change of dates would
         QStringList held(QString::number(shown->exec()));
         const bool bare = dialog.contains("bare");
         QVERIFY2(shown->windowTitle() == (shown == &question ? "Kavendi Configuration"
@@ -197,7 +212,7 @@ private slots:
             held << iso(event.eventDate()) << event.label();
         if (shown == &labels)
             held << labels.GetValue(0) + '|' + labels.GetValue(1);
-        QCOMPARE(held.join(' '), outcome);
+        QCOMPARE((held + m_answers->seen().filter("warning|")).join(' '), outcome);
     }
 
     void edits_data()
@@ -290,6 +305,14 @@ private slots:
                  (KVDDefinition{{0, "Picked"}, {1, "p"}, {2, "f"}}));
         QVERIFY2(m_viewer->view().curves.size() == 1 && m_host.ends == m_host.starts,
                  "the view is rebuilt from the saved one; only its curve's progress closes");
+        // Rows listed (of the custom file, first by name) but none ticked select nothing.
+        const QStringList files = QDir(m_root).entryList(QDir::Files);
+        const QByteArray custom = TestEnv::contents(m_root + "/Customtests.alice.2.kvd");
+        m_answers->push(answer("toYear=2002 toMonth=1 OK"));
+        m_viewer->CustomCurveMenu(1);
+        QVERIFY2(QDir(m_root).entryList(QDir::Files) == files &&
+                     TestEnv::contents(m_root + "/Customtests.alice.2.kvd") == custom,
+                 "no file written");
 
         KVDCustomSelect dialog(m_root, m_viewer.get(), nullptr, 0, false);
         QAListView* list = dialog.recordList();
@@ -307,8 +330,8 @@ private slots:
         QCOMPARE(rows.join(','), expected.arg(date(0), date(1), date(4)));
         auto* row = static_cast<KVDCheckList*>(list->topLevelItem(1));
         QVERIFY2(row->position == 24 && row->secondText == "tests.alice.2.kvd" &&
-                     row->fieldCount == 2,
-                 "rows say where their record lies");
+                     row->fieldCount == 2 && row->textAlignment(5) == Qt::AlignCenter,
+                 "rows say where their record lies, centred");
         QVERIFY2(row->MustBeChecked(records()[5].date) && !row->MustBeChecked(records()[1].date),
                  "the custom file answers which records it holds");
     }

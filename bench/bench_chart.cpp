@@ -94,7 +94,7 @@ void BM_BarePolyline(benchmark::State& state)
     }
     QList<QPolygon> device;
     for (const KVDCurve* curve : std::as_const(scene.curves))
-        device.append(curve->matrix.map(*curve->points));
+        device.append(curve->matrix.map(*curve->points()));
     for (auto _ : state) {
         QPainter painter(&pixmap);
         for (const QPolygon& points : std::as_const(device))

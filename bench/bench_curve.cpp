@@ -104,9 +104,9 @@ void BM_CurveLoad(benchmark::State& state)
         host->steps = 0;
         KVDCurve curve(repository->root(), QStringLiteral("m%1").arg(Big), 3, Fields,
                        QStringLiteral("u"), start, end);
-        if (!curve.points || curve.points->size() != Big || host->steps != Big)
+        if (curve.pointCount() != Big || host->steps != Big)
             state.SkipWithError("curve incomplete or progress not stepped once per record");
-        benchmark::DoNotOptimize(curve.points->data());
+        benchmark::DoNotOptimize(curve.points()->constData());
     }
     state.SetItemsProcessed(state.iterations() * Big);
     QAKVD::initialize(nullptr, nullptr);

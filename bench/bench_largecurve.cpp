@@ -95,7 +95,7 @@ LargeFile* file = nullptr;
 
 int pointCount(const KVDCurve* curve)
 {
-    return curve->points ? int(curve->points->size()) : 0;
+    return curve->pointCount();
 }
 
 // The loaded curve in a view of its whole span, shared by the paint, pan and tooltip runs.

@@ -450,7 +450,7 @@ bool KVDConfig::ReadConfig(QString dir, QList<KVDCurve*>* curves, QDateTime* sta
         }
 
         // A measure without records gives no curve, silently.
-        if (curves && curve->points && !curve->points->isEmpty()) {
+        if (curves && curve->hasPoints()) {
             curves->append(curve);
             if (scale->value() == 1 || scale->value() == 3)
                 *firstScaleCurve = curve;

@@ -58,7 +58,7 @@ KVDCurve::KVDCurve(const QString& repository, const QString& measure, int field,
     this->valueCount = valueCount;
     this->field = field;
     span = double(start.secsTo(end));
-    points = new QPolygon;
+    m_points = new QPolygon;
 
     const qint64 records = file.recordCount();
     StudioInterface* host = KVDShell::host();
@@ -67,12 +67,14 @@ KVDCurve::KVDCurve(const QString& repository, const QString& measure, int field,
                             tr("KVD Processing...", "Progress Message"), tr("&Stop Loading"), this,
                             1);
 
-    // One point per record, written in place: the list is sized for the whole records
-    // the file holds and cut to what was read.
-    points->reserve(records);
-    points->resize(records);
-    QPoint* out = points->data();
-    // The cancel button is not consulted: a curve always holds every record of its file.
+    // One point per record, written in place into a list sized for the whole records the
+    // file holds and then cut to what was read. The cancel button is not consulted: a
+    // curve always holds every record of its file.
+    m_points->reserve(records);
+    KVDCurveSummary::preferHugePages(m_points->data(), records * qint64(sizeof(QPoint)));
+    m_points->resize(records);
+    QPoint* out = m_points->data();
+    m_summary.start(records);
     qint64 originSecs = 0;
     quint32 low = 0;
     quint32 high = 0;
@@ -91,10 +93,15 @@ KVDCurve::KVDCurve(const QString& repository, const QString& measure, int field,
         low = qMin(low, total);
         out[count] = QPoint(wrap32(secs - originSecs), wrap32(-qint64(total)));
         ++count;
+        if (count % KVDCurveSummary::LeafPoints == 0)
+            m_summary.addLeaf(out, count - KVDCurveSummary::LeafPoints, count);
         if (host)
             host->progressStep(count);
     }
-    points->resize(count);
+    if (count % KVDCurveSummary::LeafPoints != 0)
+        m_summary.addLeaf(out, count - count % KVDCurveSummary::LeafPoints, count);
+    m_summary.finish();
+    m_points->resize(count);
     minValue = double(low);
     maxValue = double(high);
 
@@ -114,17 +121,18 @@ KVDCurve::KVDCurve(const QString& repository, const QString& measure, int field,
 
 KVDCurve::~KVDCurve()
 {
-    delete points;
+    delete m_points;
 }
 
 void KVDCurve::DIV(const KVDCurve& other)
 {
     // Points are paired by index, not by date; a point the other curve lacks counts as 0.
-    if (points) {
-        const int otherCount = other.points ? int(other.points->size()) : 0;
-        for (int i = 0; i < points->size(); ++i) {
-            QPoint& p = (*points)[i];
-            const int b = i < otherCount ? other.points->at(i).y() : 0;
+    // Only y changes, so a pending shift of x stays pending.
+    if (m_points) {
+        const int otherCount = other.pointCount();
+        for (int i = 0; i < m_points->size(); ++i) {
+            QPoint& p = (*m_points)[i];
+            const int b = i < otherCount ? other.pointAt(i).y() : 0;
             if (b == 0) {
                 p.setY(0);
                 continue;
@@ -132,6 +140,7 @@ void KVDCurve::DIV(const KVDCurve& other)
             const double percent = double(p.y()) / double(b) * 100.0;
             p.setY(wrap32(-qint64(percent)));
         }
+        m_summary.build(*m_points);
     }
     // Both limits are divided by the other curve's maximum; the scale of a ratio curve
     // is always 0 to 100.
@@ -148,8 +157,27 @@ void KVDCurve::DIV(const KVDCurve& other)
 
 void KVDCurve::MoveX(qint64 seconds)
 {
-    if (!points || seconds == 0)
-        return;
-    for (QPoint& p : *points)
-        p.setX(wrap32(qint64(p.x()) + seconds));
+    if (m_points)
+        m_shift += quint32(quint64(seconds));
+}
+
+const QPolygon* KVDCurve::points() const
+{
+    if (m_points && m_shift != 0) {
+        for (QPoint& p : *m_points)
+            p.setX(int(quint32(p.x()) + m_shift));
+        m_shift = 0;
+        m_summary.build(*m_points);
+    }
+    return m_points;
+}
+
+void KVDCurve::setPoints(const QPolygon& points)
+{
+    if (m_points)
+        *m_points = points;
+    else
+        m_points = new QPolygon(points);
+    m_shift = 0;
+    m_summary.build(*m_points);
 }

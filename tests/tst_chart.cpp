@@ -218,8 +218,8 @@ private slots:
         for (int x : {100, 200, 300})
             QVERIFY2(y < 0 || image.pixelColor(x, y) == blue, "the curve at its height");
         // Hit tests find the points on the paper through the transformation kept.
-        for (const QPoint& p :
-             {curve->matrix.map(curve->points->first()), curve->matrix.map(curve->points->last())})
+        for (const QPoint& p : {curve->matrix.map(curve->points()->first()),
+                                curve->matrix.map(curve->points()->last())})
             QVERIFY2(y < 0 || (image.pixelColor(p) == blue &&
                                contains(image, QRect(p.x() - 2, y - 3, 5, 2), blue) != printed),
                      "its ends, with dots on screen only");

@@ -295,7 +295,7 @@ private slots:
         QStringList curves;
         for (const KVDCurve* curve : std::as_const(view.curves)) {
             QStringList points;
-            for (const QPoint& p : std::as_const(*curve->points))
+            for (const QPoint& p : std::as_const(*curve->points()))
                 points << QString("%1,%2").arg(p.x()).arg(p.y());
             curves << points.join(' ') + QString(" max=%1").arg(curve->displayMax);
             QVERIFY2(curve->hasColor && curve->firstDate == start && curve->span == 31 * 86400.0 &&

@@ -29,9 +29,9 @@ QByteArray scanEveryPoint(const QList<KVDCurve*>& curves, const QDateTime& start
 {
     QDateTime instant;
     for (const KVDCurve* curve : curves)
-        if (!curve->points->isEmpty() &&
-            (instant.isNull() || start.addSecs(curve->points->first().x()) < instant))
-            instant = start.addSecs(curve->points->first().x());
+        if (!curve->points()->isEmpty() &&
+            (instant.isNull() || start.addSecs(curve->points()->first().x()) < instant))
+            instant = start.addSecs(curve->points()->first().x());
     QByteArray out;
     for (bool more = !instant.isNull(); more;) {
         out += instant.toString("'=DATE('yyyy;M;d')+TEMPS('H;m;s)").toLatin1();
@@ -39,7 +39,7 @@ QByteArray scanEveryPoint(const QList<KVDCurve*>& curves, const QDateTime& start
         more = false;
         for (const KVDCurve* curve : curves) {
             out += ',';
-            for (const QPoint& point : *curve->points) {
+            for (const QPoint& point : *curve->points()) {
                 const QDateTime t = start.addSecs(point.x());
                 if (t == instant)
                     out += QByteArray::number(-qint64(point.y()));

@@ -19,10 +19,10 @@ static const QDate May(2024, 5, 1), June(2024, 6, 1);
 static QString shapeOf(const KVDCurve& curve)
 {
     QStringList points;
-    for (const QPoint& p : curve.points ? *curve.points : QPolygon())
+    for (const QPoint& p : curve.points() ? *curve.points() : QPolygon())
         points << QString("%1,%2").arg(p.x()).arg(p.y());
     const QString range = QString(" / %1..%2 top %3").arg(curve.minValue).arg(curve.maxValue);
-    return curve.points ? points.join(' ') + range.arg(curve.displayMax) : "no points";
+    return curve.points() ? points.join(' ') + range.arg(curve.displayMax) : "no points";
 }
 
 // A curve asked of a repository holding cov.alice.2.kvd with records, cut bytes short: what
@@ -116,13 +116,13 @@ private slots:
         const QStringList shows = QStringList(shapeOf(curve)) + m_shell.messages;
         QCOMPARE(shows.join("; ").replace(root.root(), "ROOT"), c.shows);
         // The range keeps its length but starts at the first record; no record, no change.
-        const bool anchored = curve.points && !curve.points->isEmpty();
+        const bool anchored = curve.hasPoints();
         const QDateTime first = anchored ? QDateTime::fromSecsSinceEpoch(D) : QDateTime();
         QCOMPARE(curve.firstDate, first);
         QCOMPARE(start, anchored ? first : asked);
         QCOMPARE(end, start.addDays(30));
         QCOMPARE(curve.endDate, anchored ? end : QDateTime());
-        const int loaded = curve.points != nullptr, n = loaded ? int(curve.points->size()) : 0;
+        const int loaded = curve.points() != nullptr, n = curve.pointCount();
         QCOMPARE(QList<int>({m_host.starts, m_host.ends, m_host.lastStep}),
                  QList<int>({loaded, loaded, n}));
         QVERIFY2(loaded ? curve.name == "cov2" && curve.span == 30 * 86400 &&
@@ -130,7 +130,7 @@ private slots:
                         : curve.name.isEmpty() && curve.valueCount + curve.field == 0,
                  "named by its measure key, for the asked span; or nothing at all");
         curve.MoveX(60);
-        QVERIFY2(!anchored || curve.points->first().x() == 60, "moved right by a minute");
+        QVERIFY2(!anchored || curve.points()->first().x() == 60, "moved right by a minute");
     }
 
     void eventList_data()

@@ -198,7 +198,7 @@ private slots:
             view.floating ? QDateTime::currentDateTime().addDays(-30) : view.start;
         QVERIFY2(qAbs(view.start.secsTo(start)) < 60 &&
                      view.start.secsTo(view.end) == 30 * 24 * Hour &&
-                     (view.floating || view.curves.last()->points->first().x() == 0),
+                     (view.floating || view.curves.last()->points()->first().x() == 0),
                  "30 days from the newest curve's first record, or, floating, the last 30 days");
         QVERIFY2(view.firstScale == view.curves.last() && exportItem->isEnabled(),
                  "the newest curve takes the left scale");
@@ -242,7 +242,7 @@ private slots:
             const KVDView& view = m_viewer->view();
             QVERIFY2(view.curves.size() == 5 && view.firstScale && view.secondScale &&
                          view.firstScale != view.secondScale && view.events.items().size() == 3 &&
-                         view.curves.last()->isRatio && !view.curves.last()->points->isEmpty(),
+                         view.curves.last()->isRatio && !view.curves.last()->points()->isEmpty(),
                      qPrintable(QString("run %1: %2 curves").arg(run).arg(view.curves.size())));
         }
     }
@@ -492,8 +492,8 @@ private slots:
         }
         const qint64 moved = m_origin.secsTo(view.start);
         const KVDCurve* curve = view.curves.value(0);
-        QVERIFY2(curves || (curve->points->constFirst() == QPoint(int(-moved), -10) &&
-                            curve->points->constLast().x() == 30 * Hour - moved &&
+        QVERIFY2(curves || (curve->points()->constFirst() == QPoint(int(-moved), -10) &&
+                            curve->points()->constLast().x() == 30 * Hour - moved &&
                             curve->firstDate == view.start &&
                             curve->span == double(view.start.secsTo(view.end))),
                  "every point moves with the start; the curve keeps the view's dates and span");

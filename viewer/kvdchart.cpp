@@ -172,7 +172,7 @@ KVDChart::Run KVDChart::deviceRun(KVDCurve* curve, const Geometry& g, bool legen
     curve->matrix = t;
 
     Run run;
-    run.pts = toDevice(t, *curve->points);
+    run.pts = toDevice(t, *curve->points());
     run.n = int(run.pts.size());
     run.first = 0;
     run.last = legendPass ? run.n - 1 : run.n;
@@ -220,7 +220,7 @@ void KVDChart::drawCurves(QPainter* p, const Geometry& g, QList<KVDCurve*>& remo
         return;
     for (int i = 0; i < curves->size(); ++i) {
         KVDCurve* curve = curves->at(i);
-        if (!curve->points || curve->points->isEmpty())
+        if (!curve->hasPoints())
             continue;
         const Run run = deviceRun(curve, g, false);
         // The removed curve is still drawn this time; the one that followed it now sits
@@ -322,7 +322,7 @@ QSize KVDChart::paint(QPainter* p, int width, int height)
     bool rightShown = true;
     for (int i = 0; curves && i < curves->size(); ++i) {
         KVDCurve* curve = curves->at(i);
-        if (!curve->points || curve->points->isEmpty())
+        if (!curve->hasPoints())
             continue;
         const Run run = deviceRun(curve, g, true);
         if (tooFar(run, g))
@@ -461,7 +461,7 @@ void KVDChart::paintPrinted(QPainter* p, int width, int height)
     bool rightShown = true;
     for (int i = 0; curves && i < curves->size(); ++i) {
         KVDCurve* curve = curves->at(i);
-        if (!curve->points || curve->points->isEmpty())
+        if (!curve->hasPoints())
             continue;
         const Run run = deviceRun(curve, legend, true);
         const int first = run.first;

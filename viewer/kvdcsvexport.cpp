@@ -133,8 +133,8 @@ bool produce(const QList<KVDCurve*>& curves, const QDateTime& start, const QDate
     int first = 0;
     for (const KVDCurve* curve : curves) {
         std::vector<Point> points;
-        if (curve->points && !curve->points->isEmpty()) {
-            const QPolygon& p = *curve->points;
+        if (curve->hasPoints()) {
+            const QPolygon& p = *curve->points();
             points.reserve(size_t(p.size()));
             for (const QPoint& point : p)
                 points.push_back({point.x(), point.y()});

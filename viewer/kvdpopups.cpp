@@ -29,7 +29,7 @@ void KVDPopups::rightClick(const QPoint& pos, const QPoint& globalPos, double pa
         if (index >= m_view.curves.size())
             continue;
         KVDCurve* curve = m_view.curves[index];
-        if (!curve->points || curve->points->isEmpty() || !curveHit(curve, pos))
+        if (!curve->hasPoints() || !curveHit(curve, pos))
             continue;
         shown = true;
         if (runCurvePopup(index, globalPos, pointer))
@@ -64,7 +64,7 @@ bool KVDPopups::curveHit(const KVDCurve* curve, const QPoint& pos)
     };
     const double px = pos.x();
     const double py = pos.y();
-    const QPolygon& points = *curve->points;
+    const QPolygon& points = *curve->points();
     int previous = -1;
     for (int i = 0; i < points.size(); ++i) {
         const double x1 = deviceX(points[i]);

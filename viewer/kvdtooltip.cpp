@@ -55,7 +55,7 @@ KVDToolTip::Tip KVDToolTip::tipAt(const QPoint& p) const
     const double mx = p.x();
     const double my = p.y();
     for (const KVDCurve* curve : *m_curves) {
-        if (!curve->points || curve->points->isEmpty())
+        if (!curve->hasPoints())
             continue;
         const bool flat = curve->displayMax == curve->minValue || curve->fixedScale;
         if (flat && curve->displayMax == 0) {
@@ -67,7 +67,7 @@ KVDToolTip::Tip KVDToolTip::tipAt(const QPoint& p) const
         const double plotHeight = curve->paperHeight - BottomMargin - TopMargin;
         const double top = curve->displayMax;
         const double bottom = flat ? 0 : curve->minValue;
-        const QPolygon& points = *curve->points;
+        const QPolygon& points = *curve->points();
         auto map = [&](int i) {
             const double v = -double(points[i].y());
             return Mapped{LeftMargin + points[i].x() * plotWidth / span,

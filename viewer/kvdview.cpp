@@ -153,7 +153,7 @@ KVDCurve* KVDView::selectMeasure(int id, const QString& user)
         curve->hasColor = true;
         curve->color = nextColor(lastColor);
         lastColor = curve->color;
-        if (curve->points && !curve->points->isEmpty())
+        if (curve->hasPoints())
             firstScale = curve;
     }
 
@@ -161,14 +161,12 @@ KVDCurve* KVDView::selectMeasure(int id, const QString& user)
     // follow.
     timeOffset = int(rememberedStart.secsTo(start));
     for (KVDCurve* c : std::as_const(curves)) {
-        if (c->points)
-            for (QPoint& point : *c->points)
-                point.rx() -= timeOffset;
+        c->MoveX(-qint64(timeOffset));
         c->firstDate = start;
         c->endDate = end;
     }
 
-    const bool added = curve && curve->points && !curve->points->isEmpty();
+    const bool added = curve && curve->hasPoints();
     if (added) {
         curves.append(curve);
     } else {
@@ -183,9 +181,7 @@ KVDCurve* KVDView::selectMeasure(int id, const QString& user)
         end = rememberedEnd;
         const double span = double(start.secsTo(end));
         for (KVDCurve* c : std::as_const(curves)) {
-            if (c->points)
-                for (QPoint& point : *c->points)
-                    point.rx() += int(d);
+            c->MoveX(d);
             c->firstDate = start;
             c->endDate = end;
             c->span = span;
@@ -198,10 +194,9 @@ void KVDView::rebase(bool updateSpan)
 {
     const double span = double(start.secsTo(end));
     for (KVDCurve* curve : std::as_const(curves)) {
-        if (!curve->points || curve->points->isEmpty())
+        if (!curve->hasPoints())
             continue;
-        for (QPoint& point : *curve->points)
-            point.rx() -= int(m_appliedShift);
+        curve->MoveX(-m_appliedShift);
         curve->firstDate = start;
         curve->endDate = end;
         if (updateSpan)

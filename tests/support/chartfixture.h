@@ -24,8 +24,7 @@ inline KVDCurve* curve(const QString& repository, const QPolygon& points, double
     // Loaded as field 1, which every file has; the field shown is set below.
     auto* c =
         new KVDCurve(repository, QStringLiteral("cov"), 1, 2, QStringLiteral("alice"), start, end);
-    delete c->points;
-    c->points = new QPolygon(points);
+    c->setPoints(points);
     c->span = span;
     c->displayMax = top;
     c->maxValue = top;

@@ -1,6 +1,7 @@
 #include "chartfixture.h"
 #include "kvdchart.h"
 #include "kvdconfig.h"
+#include "kvdcurverun.h"
 #include "kvdevent.h"
 #include "kvdschedule.h"
 #include "kvdtooltip.h"
@@ -10,6 +11,7 @@
 
 #include <QPainter>
 #include <QPointer>
+#include <QRandomGenerator>
 #include <QTemporaryDir>
 #include <QtTest>
 
@@ -129,6 +131,68 @@ public:
     QMap<double, QList<QPair<double, QString>>> rows;
 };
 
+// Random curves for the per-column stroke: 4000 to 8000 points over about 10^6 seconds,
+// values about 0 to 1000, in file order.
+enum Shape { Steps, Spikes, FlatRuns, Gaps, FarOutside, Reversed, Unsorted, Wrapping, Shapes };
+const char* const shapeNames[Shapes] = {"steps",   "spikes",   "flat runs", "gaps",
+                                        "far off", "reversed", "unsorted",  "wrapping"};
+
+QPolygon randomCurve(Shape shape, QRandomGenerator& r)
+{
+    const int n = 4000 + int(r.bounded(4000));
+    QPolygon points(n);
+    qint64 x = shape == Reversed ? 1200000 : shape == Wrapping ? INT_MAX - 1200000 : 0;
+    int value = 500;
+    for (int i = 0; i < n; ++i) {
+        const int step = int(r.bounded(300));
+        int shown = value;
+        switch (shape) {
+        case Steps:
+        case Wrapping:
+            x += step;
+            if (r.bounded(50) == 0)
+                value = int(r.bounded(1001));
+            shown = value;
+            break;
+        case Spikes:
+            x += step;
+            value = qBound(0, value + int(r.bounded(21)) - 10, 1000);
+            shown = r.bounded(60) == 0 ? value + int(r.bounded(4001)) - 2000 : value;
+            break;
+        case FlatRuns:
+            x += step / 4;
+            if (r.bounded(400) == 0)
+                value = int(r.bounded(1001));
+            shown = value;
+            break;
+        case Gaps:
+            x += r.bounded(40) == 0 ? 20000 + r.bounded(60000) : r.bounded(30);
+            value = qBound(0, value + int(r.bounded(41)) - 20, 1000);
+            shown = value;
+            break;
+        case FarOutside:
+            x += step;
+            value = qBound(0, value + int(r.bounded(41)) - 20, 1000);
+            shown = r.bounded(50) == 0 ? int(r.bounded(2000000)) - 1000000 : value;
+            break;
+        case Reversed:
+            x -= step;
+            value = qBound(0, value + int(r.bounded(41)) - 20, 1000);
+            shown = value;
+            break;
+        case Unsorted:
+            x = r.bounded(1200000);
+            shown = int(r.bounded(1001));
+            break;
+        case Shapes:
+            break;
+        }
+        const bool far = shape == FarOutside && r.bounded(97) == 0;
+        points[i] = QPoint(far ? int(r.bounded(2000000000)) - 1000000000 : int(x), -shown);
+    }
+    return points;
+}
+
 // The rows of the tables below, as their row() functions name them.
 enum Mark { NoEvent, Shown, Hidden, Unshown };
 using Picture =
@@ -136,6 +200,7 @@ using Picture =
 using Placement = std::tuple<bool, QList<double>, bool, bool, QString, bool>;
 using Hover = std::tuple<QList<QPointF>, QPoint, double, int, bool, bool>;
 using Span = std::tuple<QDateTime, double, QStringList, QDateTime, QDateTime, double, double>;
+using Strokes = std::tuple<int, int>;
 
 } // namespace
 
@@ -350,6 +415,81 @@ private slots:
                                 tip.status == date.toString() + " Coverage Statements = " +
                                                   QString::number(value)),
                  qPrintable(tip.status));
+    }
+
+    // Stroking only a few points of each device column changes no pixel: random curves, at
+    // zooms from far out to far in, from view starts kept as a pending shift, painted with
+    // and without merging and once more after the shift was applied, give one image byte
+    // for byte, and the points the shift was applied to wrapped as 32-bit numbers do.
+    void columns_data()
+    {
+        QTest::addColumn<Strokes>("c");
+        const char* const scales[] = {"min to max", "from zero", "upside down"};
+        for (int shape = 0; shape < Shapes; ++shape)
+            for (int scale = 0; scale < 3; ++scale)
+                QTest::addRow("%s, %s", shapeNames[shape], scales[scale]) << Strokes{shape, scale};
+    }
+
+    void columns()
+    {
+        QFETCH(Strokes, c);
+        const auto [shape, scale] = c;
+        QRandomGenerator r(quint32(1000 * shape + scale + 1));
+        const QPolygon points = randomCurve(Shape(shape), r);
+        int low = INT_MAX, high = INT_MIN;
+        for (const QPoint& p : points)
+            low = std::min(low, -p.y()), high = std::max(high, -p.y());
+        // A shift past 2^31 puts the points it wraps 2^32 seconds from the others: views of
+        // that order keep both near the plot.
+        const QList<double> spans = shape == Wrapping ? QList<double>{4294967296.0, 5e9}
+                                                      : QList<double>{2e3, 5e4, 4e5, 1.2e6, 8e6};
+        for (const double span : spans) {
+            const qint64 shift = shape == Wrapping ? -400000 - qint64(r.bounded(1500000))
+                                                   : qint64(r.bounded(1800000)) - 400000;
+            auto render = [&](bool merge, bool applied, int* kept) {
+                Scene scene;
+                KVDCurve* curve =
+                    ChartFixture::curve(scene.dir.path(), points, span, scale == 2 ? low : high,
+                                        scale == 2 ? high : low);
+                curve->setParent(&scene.owner);
+                curve->fixedScale = scale == 1;
+                curve->color = blue;
+                curve->hasColor = true;
+                curve->MoveX(-shift);
+                if (applied) {
+                    const QPolygon moved = *curve->points();
+                    for (int i = 0; i < points.size(); ++i) {
+                        const qint64 x = qint64(points[i].x()) - shift + (qint64(1) << 31);
+                        const qint64 wrapped =
+                            ((x % (qint64(1) << 32)) + (qint64(1) << 32)) % (qint64(1) << 32) -
+                            (qint64(1) << 31);
+                        if (moved[i] != QPoint(int(wrapped), points[i].y()))
+                            return QImage();
+                    }
+                }
+                scene.curves << curve;
+                scene.chart.mergeColumns = merge;
+                QImage image(640, 480, QImage::Format_RGB32);
+                QPainter painter(&image);
+                if (!KVDCurveRun::columnsExact(&painter, QPen(blue, 1)))
+                    return QImage();
+                scene.chart.paint(&painter, 640, 480);
+                if (kept && !scene.curves.isEmpty())
+                    *kept = int(KVDCurveRun(*curve, curve->matrix, 4000, false)
+                                    .polyline(0, int(points.size()), true)
+                                    .size());
+                return image;
+            };
+            int kept = 0;
+            const QImage merged = render(true, false, &kept);
+            QVERIFY2(!merged.isNull(), "an image with one pixel per unit, drawn to merge");
+            QVERIFY2(merged == render(false, false, nullptr),
+                     qPrintable(QString("span %1, shift %2").arg(span).arg(shift)));
+            QVERIFY2(merged == render(true, true, nullptr),
+                     "the same points and picture once the shift is applied");
+            // Dense sorted curves on the whole plot do merge, so the images compare two ways.
+            QVERIFY(span != spans.last() || shape == Unsorted || kept < points.size() / 4);
+        }
     }
 
     void axis_data()

@@ -1,6 +1,7 @@
 #include "kvdchart.h"
 #include "kvddevice.h"
 #include "kvdcurve.h"
+#include "kvdcurverun.h"
 #include "kvdevent.h"
 #include "kvdschedule.h"
 #include "kvdshell.h"
@@ -37,30 +38,6 @@ QColor scaleColour(const KVDCurve* curve)
 QColor swatchColour(const KVDCurve* curve)
 {
     return curve->hasColor ? curve->color : QColor(0, 0, 0);
-}
-
-// Maps points through t as the painter would, with coordinates too large for an int
-// saturated. A transformation that is not finite (a curve of zero span) places every
-// point beyond any limit, so such a curve is neither drawn nor reported.
-QPolygon toDevice(const QTransform& t, const QPolygon& points)
-{
-    const double m11 = t.m11(), m22 = t.m22(), dx = t.dx(), dy = t.dy();
-    const int n = int(points.size());
-    if (!std::isfinite(m11) || !std::isfinite(m22) || !std::isfinite(dx) || !std::isfinite(dy))
-        return QPolygon(QList<QPoint>(n, QPoint(INT_MIN, INT_MIN)));
-    const QRect box = points.boundingRect();
-    const double maxX = std::max(std::abs(double(box.left())), std::abs(double(box.right())));
-    const double maxY = std::max(std::abs(double(box.top())), std::abs(double(box.bottom())));
-    const double bound = double(INT_MAX) / 2;
-    if (std::abs(m11) * maxX + std::abs(dx) < bound && std::abs(m22) * maxY + std::abs(dy) < bound)
-        return t.map(points);
-    QPolygon device(n);
-    for (int i = 0; i < n; ++i) {
-        const double x = m11 * points.at(i).x() + dx;
-        const double y = m22 * points.at(i).y() + dy;
-        device[i] = QPoint(toInt(std::round(x)), toInt(std::round(y)));
-    }
-    return device;
 }
 
 struct Tick
@@ -125,19 +102,6 @@ struct KVDChart::Geometry
     bool dots;
 };
 
-// A curve in device units and the index range of the points within `limit` of the plot:
-// first is the last point left of x = 0 within the limit, last the last point right of it.
-struct KVDChart::Run
-{
-    QPolygon pts;
-    int n = 0;
-    int first = 0;
-    int last = 0;
-
-    int x(int i) const { return pts.at(i).x(); }
-    int y(int i) const { return pts.at(i).y(); }
-};
-
 QSize KVDChart::paperSize(int width, int height)
 {
     return QSize(std::max(width, 400), std::max(height, 200));
@@ -148,7 +112,7 @@ QString KVDChart::fieldName(const KVDCurve* curve, int entry) const
     return definitions ? definitions->value(curve->name).value(entry) : QString();
 }
 
-KVDChart::Run KVDChart::deviceRun(KVDCurve* curve, const Geometry& g, bool legendPass) const
+KVDCurveRun KVDChart::deviceRun(KVDCurve* curve, const Geometry& g, bool legendPass) const
 {
     curve->paperWidth = g.W;
     curve->paperHeight = g.H;
@@ -171,22 +135,10 @@ KVDChart::Run KVDChart::deviceRun(KVDCurve* curve, const Geometry& g, bool legen
     }
     curve->matrix = t;
 
-    Run run;
-    run.pts = toDevice(t, *curve->points());
-    run.n = int(run.pts.size());
-    run.first = 0;
-    run.last = legendPass ? run.n - 1 : run.n;
-    for (int i = 0; i < run.n; ++i) {
-        const int x = run.x(i);
-        if (x < 0 && x > -g.limit)
-            run.first = i;
-        else if (x > 0 && x < g.limit && i != 0)
-            run.last = i;
-    }
-    return run;
+    return KVDCurveRun(*curve, t, g.limit, legendPass);
 }
 
-bool KVDChart::tooFar(const Run& run, const Geometry& g) const
+bool KVDChart::tooFar(const KVDCurveRun& run, const Geometry& g) const
 {
     const int first = run.first;
     const int last = run.last;
@@ -222,7 +174,7 @@ void KVDChart::drawCurves(QPainter* p, const Geometry& g, QList<KVDCurve*>& remo
         KVDCurve* curve = curves->at(i);
         if (!curve->hasPoints())
             continue;
-        const Run run = deviceRun(curve, g, false);
+        const KVDCurveRun run = deviceRun(curve, g, false);
         // The removed curve is still drawn this time; the one that followed it now sits
         // at index i and is skipped by the loop for the rest of this pass.
         if (tooFar(run, g))
@@ -240,9 +192,12 @@ void KVDChart::drawCurves(QPainter* p, const Geometry& g, QList<KVDCurve*>& remo
             run.x(last - 1) < g.limit) {
             // Only the run near the plot: the window system's coordinates overflow on a
             // far zoom. When no point lies right of the plot the run ends with the curve.
+            // Per device column where that lays the same pixels; every point on printers,
+            // vector files and with wider pens, where it would not.
             const int count = std::min(last + 1 - first, run.n - first);
+            const bool perColumn = mergeColumns && KVDCurveRun::columnsExact(p, pen);
             if (count >= 2)
-                p->drawPolyline(run.pts.constData() + first, count);
+                p->drawPolyline(run.polyline(first, count, perColumn));
         }
         if (g.dots) {
             if (run.x(first) > -g.limit)
@@ -324,7 +279,7 @@ QSize KVDChart::paint(QPainter* p, int width, int height)
         KVDCurve* curve = curves->at(i);
         if (!curve->hasPoints())
             continue;
-        const Run run = deviceRun(curve, g, true);
+        const KVDCurveRun run = deviceRun(curve, g, true);
         if (tooFar(run, g))
             remove(i, removed);
         const int first = run.first;
@@ -411,7 +366,9 @@ void KVDChart::paintPrinted(QPainter* p, int width, int height)
     KVDSchedule().Build(p, plotWidth, start, end, fx, fy);
 
     // Paper takes far larger coordinates than a window system; curves get ten times the
-    // screen's room and a pen that stays visible in print.
+    // screen's room and a pen that stays visible in print. A printer is stroked every
+    // point: its wider pen joins segments, so fewer points would change the page. Only a
+    // page drawn into an image with a pen of one unit or less is merged per column.
     const Geometry g{W, H, 55 * fx, plotWidth, 50 * fy, band, 40000, int(W * 10 / 6800), false};
     drawCurves(p, g, removed);
 
@@ -463,7 +420,7 @@ void KVDChart::paintPrinted(QPainter* p, int width, int height)
         KVDCurve* curve = curves->at(i);
         if (!curve->hasPoints())
             continue;
-        const Run run = deviceRun(curve, legend, true);
+        const KVDCurveRun run = deviceRun(curve, legend, true);
         const int first = run.first;
         const int last = run.last;
         const bool inView = run.x(first) > -4000 && last > first && run.x(last - 1) >= 0 &&

@@ -10,6 +10,7 @@
 #include <QString>
 
 class KVDCurve;
+class KVDCurveRun;
 class KVDEvent;
 class QPainter;
 
@@ -39,6 +40,11 @@ public:
     KVDCurve* rightScale = nullptr;
     // Measure key -> label (entry 0) and field names, for the legend; may be null.
     const QMultiMap<QString, KVDDefinition>* definitions = nullptr;
+    // Where a curve's run has more points than device columns, stroke per column only its
+    // first, lowest, highest and last point, on the devices where that lays exactly the
+    // pixels of stroking every point (KVDCurveRun::columnsExact): a paint then costs what
+    // the picture holds. False strokes every point on every device.
+    bool mergeColumns = true;
 
     // The size a paint of a width x height viewport really draws: at least 400 x 200.
     static QSize paperSize(int width, int height);
@@ -56,10 +62,9 @@ public:
 
 private:
     struct Geometry;
-    struct Run;
 
-    Run deviceRun(KVDCurve* curve, const Geometry& g, bool legendPass) const;
-    bool tooFar(const Run& run, const Geometry& g) const;
+    KVDCurveRun deviceRun(KVDCurve* curve, const Geometry& g, bool legendPass) const;
+    bool tooFar(const KVDCurveRun& run, const Geometry& g) const;
     void drawCurves(QPainter* p, const Geometry& g, QList<KVDCurve*>& removed);
     void remove(int index, QList<KVDCurve*>& removed);
     void finish(QList<KVDCurve*>& removed);

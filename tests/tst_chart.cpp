@@ -392,6 +392,16 @@ private slots:
         row("near the segment before", back, {103, 200}, 200, 46);
         row("at the slack's lower edge", back, {103, 298}, 0, 0);
         row("at the slack's upper edge", back, {103, 102}, 0, 0);
+        // Long curves, walked past runs of points at a time: first 128 points left of the
+        // pointer, the last of them its left end; then 149 points right of it too low for
+        // the height test before the one that passes.
+        QList<QPointF> left, low{{100, 100}};
+        for (int h = 0; h < 128; ++h)
+            left << QPointF(h, 100);
+        for (int h = 151; h < 300; ++h)
+            low << QPointF(h, 10);
+        row("after 128 points left of it", left << QPointF(129, 300), {183, 200}, 200, 128);
+        row("after 149 points too low", low << QPointF(300, 300), {205, 250}, 150, 150);
     }
 
     void tooltip()

@@ -1,6 +1,7 @@
 #include "kvdpopups.h"
 #include "kvdconfig.h"
 #include "kvdcurve.h"
+#include "kvdcurvesummary.h"
 #include "kvdevent.h"
 #include "kvdeventset.h"
 #include "kvdview.h"
@@ -13,6 +14,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 
 KVDPopups::KVDPopups(KVDView& view, QWidget* window) : m_view(view), m_window(window) {}
 
@@ -64,20 +66,22 @@ bool KVDPopups::curveHit(const KVDCurve* curve, const QPoint& pos)
     };
     const double px = pos.x();
     const double py = pos.y();
-    const QPolygon& points = *curve->points();
     int previous = -1;
-    for (int i = 0; i < points.size(); ++i) {
-        const double x1 = deviceX(points[i]);
+    bool hit = false;
+    // One segment is tested: the first one that spans the pointer.
+    auto step = [&](int i) {
+        const QPoint point = curve->pointAt(i);
+        const double x1 = deviceX(point);
         if (x1 < px) {
             previous = i;
-            continue;
+            return true;
         }
         if (!(x1 > px) || previous < 0)
-            continue;
-        // One segment is tested: the first one that spans the pointer.
-        const double y1 = deviceY(points[i]);
-        const double x0 = deviceX(points[previous]);
-        const double y0 = deviceY(points[previous]);
+            return true;
+        const QPoint before = curve->pointAt(previous);
+        const double y1 = deviceY(point);
+        const double x0 = deviceX(before);
+        const double y0 = deviceY(before);
         const double low = std::min(y1 - 2, y0 + 2);
         const double high = std::max(y1 - 2, y0 + 2);
         if (!(low < py && py < high))
@@ -87,17 +91,43 @@ bool KVDPopups::curveHit(const KVDCurve* curve, const QPoint& pos)
         const double d =
             denominator != 0 ? numerator * numerator / denominator : numerator * numerator;
         if (i >= 2) {
-            const double x2 = deviceX(points[i - 2]);
-            const double y2 = deviceY(points[i - 2]);
+            const QPoint twoBack = curve->pointAt(i - 2);
+            const double x2 = deviceX(twoBack);
+            const double y2 = deviceY(twoBack);
             const double n2 = (px - x2) * (y0 - y2) - (py - y2) * (x0 - x2);
             const double d2den = (x0 - x2) * (x0 - x2) + (y0 - y2) * (y0 - y2);
             const double d2 = d2den != 0 ? n2 * n2 / d2den : 1000.0;
-            if (!(x2 > px) && d2 < 25)
-                return true;
+            if (!(x2 > px) && d2 < 25) {
+                hit = true;
+                return false;
+            }
         }
-        return d < 25;
-    }
-    return false;
+        hit = d < 25;
+        return false;
+    };
+    // Runs wholly left of the pointer only move the previous point to their last; runs
+    // none of whose points lies left of it change nothing until a previous point exists,
+    // and a run all on the pointer's x never does. With a finite scale x grows or shrinks
+    // with the stored x, so a run's extremes bound it.
+    const bool monotone = std::isfinite(sx);
+    const quint32 shift = curve->pendingShift();
+    auto node = [&](const KVDCurveSummary::Node& run, int, int end) {
+        qint32 a = 0;
+        qint32 b = 0;
+        if (!monotone || !KVDCurveSummary::shiftedX(run, shift, &a, &b))
+            return KVDCurveSummary::Visit::Descend;
+        const double low = std::min(a * sx + 55, b * sx + 55);
+        const double high = std::max(a * sx + 55, b * sx + 55);
+        if (high < px) {
+            previous = end - 1;
+            return KVDCurveSummary::Visit::Skip;
+        }
+        if (low >= px && (previous < 0 || high == px))
+            return KVDCurveSummary::Visit::Skip;
+        return KVDCurveSummary::Visit::Descend;
+    };
+    curve->summary().walk(0, curve->pointCount(), node, step);
+    return hit;
 }
 
 namespace {

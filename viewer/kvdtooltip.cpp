@@ -1,6 +1,7 @@
 #include "kvdtooltip.h"
 #include "kvdconfig.h"
 #include "kvdcurve.h"
+#include "kvdcurvesummary.h"
 #include "kvdshell.h"
 #include "studiointerface.h"
 
@@ -10,6 +11,7 @@
 #include <QToolTip>
 #include <QWidget>
 
+#include <algorithm>
 #include <cmath>
 
 namespace {
@@ -51,6 +53,7 @@ KVDToolTip::KVDToolTip(QWidget* paper, QList<KVDCurve*>* curves, KVDConfig* conf
 
 KVDToolTip::Tip KVDToolTip::tipAt(const QPoint& p) const
 {
+    using Visit = KVDCurveSummary::Visit;
     Tip tip;
     const double mx = p.x();
     const double my = p.y();
@@ -67,42 +70,49 @@ KVDToolTip::Tip KVDToolTip::tipAt(const QPoint& p) const
         const double plotHeight = curve->paperHeight - BottomMargin - TopMargin;
         const double top = curve->displayMax;
         const double bottom = flat ? 0 : curve->minValue;
-        const QPolygon& points = *curve->points();
+        const int n = curve->pointCount();
+        auto mapX = [&](qint32 x) { return LeftMargin + x * plotWidth / span; };
+        auto mapY = [&](qint32 y) {
+            const double v = -double(y);
+            return TopMargin + plotHeight * (top - v) / (top - bottom);
+        };
         auto map = [&](int i) {
-            const double v = -double(points[i].y());
-            return Mapped{LeftMargin + points[i].x() * plotWidth / span,
-                          TopMargin + plotHeight * (top - v) / (top - bottom)};
+            const QPoint point = curve->pointAt(i);
+            return Mapped{mapX(point.x()), mapY(point.y())};
         };
 
+        // The walk below, one point at a time; done once it has its answer for the
+        // whole pass (a tip, or a segment that ends the search).
+        bool done = false;
         int a = -1;
-        for (int i = 0; i < points.size(); ++i) {
+        auto step = [&](int i) {
             const Mapped here = map(i);
             if (here.x < mx) {
                 a = i;
-                continue;
+                return true;
             }
             if (here.x == mx || a < 0)
-                continue;
+                return true;
             const int b = i;
             const Mapped A = map(a);
             const Mapped B = here;
             if (!((my < B.y - 2 && A.y + 2 < my) || (B.y - 2 < my && my < A.y + 2)))
-                continue;
+                return true;
 
             double dAB = 0;
             if (!distance(A, B, mx, my, &dAB))
-                return tip;
+                return !(done = true);
             // B lies right of the pointer by construction, so the following segment is
             // never a candidate; kept as the measure was defined.
             double dBC = Far;
-            if (b + 1 < points.size() && !(mx < B.x)) {
+            if (b + 1 < n && !(mx < B.x)) {
                 if (!distance(B, map(b + 1), mx, my, &dBC))
-                    return tip;
+                    return !(done = true);
             }
             double dPA = Far;
             if (b >= 2 && !(mx < map(b - 2).x)) {
                 if (!distance(map(b - 2), A, mx, my, &dPA))
-                    return tip;
+                    return !(done = true);
             }
 
             Mapped one, two, reference;
@@ -113,10 +123,10 @@ KVDToolTip::Tip KVDToolTip::tipAt(const QPoint& p) const
             } else if (dBC <= Near) {
                 one = B, two = map(b + 1), reference = B;
             } else {
-                continue;
+                return true;
             }
             if (two.x == one.x)
-                return tip;
+                return !(done = true);
             double slope = (two.y - one.y) / (two.x - one.x);
             if (std::fabs(slope) < 0.03)
                 slope = 0;
@@ -132,7 +142,7 @@ KVDToolTip::Tip KVDToolTip::tipAt(const QPoint& p) const
             const double value = top - (height - TopMargin) * (top - bottom) / plotHeight;
             const bool between = (one.y < my && my < two.y) || (two.y < my && my < one.y);
             if (value == 0 || !between)
-                continue;
+                return true;
 
             const KVDDefinition definition =
                 m_config ? m_config->definitions.value(curve->name) : KVDDefinition();
@@ -144,8 +154,43 @@ KVDToolTip::Tip KVDToolTip::tipAt(const QPoint& p) const
             tip.status = tip.date.toString() + QLatin1Char(' ') + label + QLatin1Char(' ') +
                          definition.value(curve->field) + QLatin1String(" = ") +
                          QString::number(value, 'g', 6);
+            return !(done = true);
+        };
+
+        // A run of points is passed over whole only when its ranges prove what the walk
+        // would do with each of its points: all left of the pointer (the last becomes A),
+        // or none left of it and none passing the height test against A. Both mappings
+        // then grow or shrink with the stored coordinates, so a run's extremes bound it.
+        const bool monotone = span != 0 && std::isfinite(span) && std::isfinite(plotWidth) &&
+                              std::isfinite(plotHeight) && std::isfinite(top) &&
+                              std::isfinite(bottom) && top != bottom;
+        const quint32 shift = curve->pendingShift();
+        auto node = [&](const KVDCurveSummary::Node& run, int, int end) {
+            qint32 low = 0;
+            qint32 high = 0;
+            if (!monotone || !KVDCurveSummary::shiftedX(run, shift, &low, &high))
+                return Visit::Descend;
+            const double x1 = mapX(low);
+            const double x2 = mapX(high);
+            if (std::max(x1, x2) < mx) {
+                a = end - 1;
+                return Visit::Skip;
+            }
+            if (std::min(x1, x2) < mx)
+                return Visit::Descend;
+            if (a < 0)
+                return Visit::Skip;
+            const double ay = map(a).y;
+            const double y1 = mapY(run.minY);
+            const double y2 = mapY(run.maxY);
+            const double yLow = std::min(y1, y2);
+            const double yHigh = std::max(y1, y2);
+            const bool maybe = (my < yHigh - 2 && ay + 2 < my) || (yLow - 2 < my && my < ay + 2);
+            return maybe ? Visit::Descend : Visit::Skip;
+        };
+        curve->summary().walk(0, n, node, step);
+        if (done)
             return tip;
-        }
     }
     return tip;
 }

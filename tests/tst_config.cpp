@@ -265,19 +265,6 @@ private slots:
     }
 
     // Read back, a view stores as the same file; what the file leaves out follows.
-    // Kept for callers outside the viewer: a derived measure, and a dump of the definitions
-    // with a separator before every entry.
-    void customAndDump()
-    {
-        KVDConfig config;
-        preset(config, "cov1=Coverage|Lines");
-        config.StoreCustom("cov1");
-        for (const char* line :
-             {"----------------", "0", "Customcov1", "----------------", "1", "Lines",
-              "----------------", "0", "Coverage", "----------------", "1", "Lines"})
-            QTest::ignoreMessage(QtWarningMsg, line);
-        config.DisplayConfig();
-    }
 
     void roundTrip()
     {

@@ -236,13 +236,10 @@ private slots:
         row("range ending at the view start", "export --root S --view --to VS -o O.csv", 1,
             "is empty");
         row("size", "render --root R --size 640x -o O.png", 2, "--size takes");
-        row("small", "render --root R --size 300x100 -o O.png", 2, "--size takes");
         row("extension", "render --root R -o O.gif", 2, ".png, .svg or .pdf");
         row("date", "export --root R --from 2024-02-30 -o O.csv", 2, "--from");
         row("definitions", "render --root R --builtin /x -o O.png", 1, "no such");
         row("empty export", "export --root R -o O.csv", 1, "no curve to export");
-        row("render --help", "render --help", 0, "Usage: kvd render ");
-        row("export --help", "export --help", 0, "Usage: kvd export ");
     }
 
     void kvd()

@@ -144,13 +144,10 @@ private slots:
             "toMonth=1 toDay=31 toMonth=4 toYear=2099 Cancel", "0 2001-01-01 2050-04-30");
         row("event: into a common year", "event 2024-02-29", "eventYear=2023 eventLabel=a OK",
             "1 2023-02-28 a");
-        row("event: before the years shown", "event 1990-06-15 bare", "Cancel", "0 2001-06-15 ");
         // OK does nothing without a label; an emptied line keeps the label typed before.
         row("event: today, label kept", "event", "OK eventLabel=a eventLabel= OK",
             "1 " + today + " a");
         row("labels", "labels", "label0=a label1=b OK", "1 a|b");
-        row("labels: OK waits for all, no host", "labels bare",
-            "label0=a label1=b label1= OK Ignore", "0 a|");
         row("question: Ignore", "question", "Ignore", "0");
     }
 
@@ -242,12 +239,10 @@ private slots:
         row("custom: rows", "CustomDeletion", "", "toDay=2 rows=034 invert OK",
             "2001-01-10T00:00:00 7 1 9 | idx 8 | KVD Processing... &Stop Loading 6/6 | "
             "ends 1 | saved");
-        row("range cancelled", "RangeDeletion", "", "Cancel", untouched);
         row("custom cancelled", "CustomDeletion", "", "Cancel", untouched + " | ends 1");
         row("custom curves cancelled", "CustomCurveMenu", "", "Cancel", untouched);
         row("custom curves, no rows", "CustomCurveMenu", "", "fromYear=2002 OK", untouched);
         row("range id 0", "RangeDeletion", "", "", untouched + " | ends 1");
-        row("custom id 0", "CustomDeletion", "", "", untouched + " | ends 1");
         row("custom curves id 0", "CustomCurveMenu", "", "", untouched);
     }
 

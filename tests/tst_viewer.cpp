@@ -348,28 +348,21 @@ private slots:
         };
         span("61 days in: 1", 61 * 24, "zoomIn", "720 -720 Month");
         span("60 days in: 1", 60 * 24, "zoomIn", "720 -696 Month");
-        span("fine step undone", 60 * 24, "zoomIn zoomOut", "0 0 Month");
-        span("one fine step", 60 * 24, "zoomIn zoomIn", "720 -696 Month");
         span("799 days out: 859", 799 * 24, "zoomOut", "-720 720 Month");
         span("800 days out: none", 800 * 24, "zoomOut", "0 0 Month");
         span("undated stays", 61 * 24, "undated zoomIn zoomOut drag:390,200", "0 0 Month");
         // From 00:00 to 00:00 two days later: the middle is 24:00 of the first day.
         span("hour: 08:00 to 12:00", 48, "Hour", "8 -12 Hour");
-        span("month", 48, "Month", "-336 336 Month");
         span("year", 48, "Year", "-4344 4368 Year");
         span("year, then hour", 48, "Year Hour", "20 0 Hour");
         span("id 0: marks no longer move", 48, "ScaleMonth:0 Year Hour", "20 0 Year Hour");
         span("custom: 2001-01-01 to 2001-02-01", 48, "Customize:OK", "-203040 -202344 Customize");
-        span("custom cancelled", 48, "Customize:Cancel", "0 0 Month");
         span("menu: 365 days", 365 * 24, "menu", "0 0 Year");
         span("menu: 366 days", 366 * 24, "menu", "0 0 Customize");
-        span("menu: 30 days", 30 * 24, "menu", "0 0 Month");
-        span("menu: 28 hours", 28, "menu", "0 0 Hour");
         // A 30-day view on a 600-pixel plot: 4320 seconds a pixel.
         // Ten pixels left, 12 hours later; a still move repeats the step.
         span("a still move repeats the step", 30 * 24, "drag:390,200;390,200", "24 24 Month");
         span("to the top left corner", 30 * 24, "drag:55,50", "414 414 Month");
-        span("to the bottom right corner", 30 * 24, "drag:655,400", "-306 -306 Month");
         for (const char* outside : {"drag:54,200", "drag:656,200", "drag:390,49", "drag:390,401"})
             span(outside, 30 * 24, outside, "0 0 Month");
         // Hit tests work on the printed page until the next screen paint.
@@ -393,7 +386,6 @@ private slots:
         click("scale right", 2, 255, 200, "Scale Right", on + " => f1 f2>");
         click("colour", 2, 255, 200, "Change Curve Color:OK", on + " => f1 f2#123456");
         click("hide the last of two", 2, 255, 200, "Hide Curve", on + " => f1<");
-        click("hide the last of three", 3, 255, 200, "Hide Curve", on + " => f1 f2");
         click("hide the last of five: the first still asks", 5, 255, 200, "Hide Curve,-",
               on + " / " + on + " => f1 f2< f3 f4");
         click("maximum: the next curve asks", 2, 255, 200, "Set Max Value:OK,-",
@@ -403,8 +395,6 @@ private slots:
         click("hide event on a curve", 1, 255, 200, "Hide Event", on + " => f1 9x- 21y");
         click("delete event on a curve", 1, 255, 200, "Delete Event", on + " => f1 21y");
         click("edit event", 1, 255, 350, "Edit Event:OK", chartOn + " => f1 21y 9new");
-        click("edit event cancelled", 1, 255, 350, "Edit Event:Cancel", chartOn + " => f1 21y 9x");
-        click("hide event on the chart", 1, 255, 350, "Hide Event", chartOn + " => f1 9x- 21y");
         click("delete event on the chart", 1, 255, 350, "Delete Event", chartOn + " => f1 21y");
     }
 

@@ -438,7 +438,7 @@ private slots:
     void columns()
     {
         QFETCH(Strokes, c);
-        const auto [shape, scale] = c;
+        const int shape = std::get<0>(c), scale = std::get<1>(c); // a lambda captures them
         QRandomGenerator r(quint32(1000 * shape + scale + 1));
         const QPolygon points = randomCurve(Shape(shape), r);
         int low = INT_MAX, high = INT_MIN;

@@ -70,24 +70,24 @@ KVDCurveRun::KVDCurveRun(const KVDCurve& curve, const QTransform& t, int limit, 
         last = right;
 }
 
-int KVDCurveRun::mapX(qint32 x) const
+int KVDCurveRun::map(qint32 v, int translate, double scale, double offset) const
 {
     if (!m_finite)
         return INT_MIN;
     if (m_translateOnly)
-        return int(std::clamp<qint64>(qint64(x) + m_tx, INT_MIN, INT_MAX));
-    const double v = m_sx * x + m_dx;
-    return std::abs(v) < Bound ? qRound(v) : toInt(std::round(v));
+        return int(std::clamp<qint64>(qint64(v) + translate, INT_MIN, INT_MAX));
+    const double d = scale * v + offset;
+    return std::abs(d) < Bound ? qRound(d) : toInt(std::round(d));
+}
+
+int KVDCurveRun::mapX(qint32 x) const
+{
+    return map(x, m_tx, m_sx, m_dx);
 }
 
 int KVDCurveRun::mapY(qint32 y) const
 {
-    if (!m_finite)
-        return INT_MIN;
-    if (m_translateOnly)
-        return int(std::clamp<qint64>(qint64(y) + m_ty, INT_MIN, INT_MAX));
-    const double v = m_sy * y + m_dy;
-    return std::abs(v) < Bound ? qRound(v) : toInt(std::round(v));
+    return map(y, m_ty, m_sy, m_dy);
 }
 
 int KVDCurveRun::x(int i) const

@@ -66,6 +66,8 @@ private:
         int bottomY = 0;
     };
     void reduceColumn(const Column& column, QPolygon& out) const;
+    // One coordinate through the kept mapping: the shared rounding of mapX and mapY.
+    int map(qint32 v, int translate, double scale, double offset) const;
     int mapX(qint32 x) const;
     int mapY(qint32 y) const;
 

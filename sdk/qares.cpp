@@ -6,6 +6,7 @@
 #include "qaresstring.h"
 
 #include <QFile>
+#include <QFileInfo>
 #include <QXmlStreamReader>
 
 #include <cstdio>
@@ -16,14 +17,37 @@ QARes::QARes(Kind kind, const QString& name) : m_kind(kind), m_name(name) {}
 
 QARes::~QARes() = default;
 
-QAResGroup* QARes::toResGroup() { return m_kind == Group ? static_cast<QAResGroup*>(this) : nullptr; }
-QAResString* QARes::toResString() { return m_kind == String ? static_cast<QAResString*>(this) : nullptr; }
-QAResInt* QARes::toResInt() { return m_kind == Int ? static_cast<QAResInt*>(this) : nullptr; }
-QAResRGB* QARes::toResRGB() { return m_kind == RGB ? static_cast<QAResRGB*>(this) : nullptr; }
-QAResBoolean* QARes::toResBoolean() { return m_kind == Boolean ? static_cast<QAResBoolean*>(this) : nullptr; }
+QAResGroup* QARes::toResGroup()
+{
+    return m_kind == Group ? static_cast<QAResGroup*>(this) : nullptr;
+}
+QAResString* QARes::toResString()
+{
+    return m_kind == String ? static_cast<QAResString*>(this) : nullptr;
+}
+QAResInt* QARes::toResInt()
+{
+    return m_kind == Int ? static_cast<QAResInt*>(this) : nullptr;
+}
+QAResRGB* QARes::toResRGB()
+{
+    return m_kind == RGB ? static_cast<QAResRGB*>(this) : nullptr;
+}
+QAResBoolean* QARes::toResBoolean()
+{
+    return m_kind == Boolean ? static_cast<QAResBoolean*>(this) : nullptr;
+}
 
 QARes* QARes::read(const QString& path, bool verbose)
 {
+    // Opening a FIFO would wait for a writer that may never come, and a device may never
+    // end: only regular files (through links) are read.
+    const QFileInfo info(path);
+    if (info.exists() && !info.isFile()) {
+        if (verbose)
+            std::fprintf(stderr, "%s: not a regular file\n", qPrintable(path));
+        return nullptr;
+    }
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly)) {
         if (verbose)
@@ -34,6 +58,11 @@ QARes* QARes::read(const QString& path, bool verbose)
 }
 
 namespace {
+
+// Deeper documents are refused: nothing written by this system nests beyond a few
+// levels, and a tree is freed and written recursively, so an endless nesting would
+// exhaust the stack.
+constexpr size_t MaxDepth = 20000;
 
 struct Frame
 {
@@ -135,8 +164,14 @@ QARes* QARes::parse(const QByteArray& document, bool verbose)
                     frame.group->addChild(node);
                 frame.last = node;
             }
-            if (QAResGroup* group = node->toResGroup())
+            if (QAResGroup* group = node->toResGroup()) {
+                if (stack.size() >= MaxDepth) {
+                    why = QStringLiteral("groups nested deeper than %1").arg(MaxDepth);
+                    failed = true;
+                    break;
+                }
                 stack.push_back({group, nullptr});
+            }
             break;
         }
         case QXmlStreamReader::EndElement:

@@ -5,9 +5,12 @@
 
 #include <QFile>
 #include <QFileInfo>
+#include <QTemporaryFile>
 
 #include <cstdlib>
 #include <vector>
+
+#include <unistd.h>
 
 namespace {
 
@@ -94,6 +97,22 @@ int kvdWrite(const QStringList& args)
         KvdCli::fail("write", QStringLiteral("warning: a \".\" in the measure or user name makes "
                                              "readers split the file name wrongly"));
     const QString lock = KVDMeasureFile::path(dir.filePath(), measure, user, count, ".lck");
+    // The same holds for names the file system refuses and for a directory that only
+    // claims to be writable (root on a read-only or virtual file system): a trial file
+    // tells.
+    const long nameMax = pathconf(root, _PC_NAME_MAX);
+    const qsizetype nameLength = QFile::encodeName(QFileInfo(lock).fileName()).size();
+    if (nameLength > (nameMax > 0 ? nameMax : 255))
+        return KvdCli::fail("write",
+                            QStringLiteral("the pair's file names would be %1 bytes long; the "
+                                           "file system takes at most %2")
+                                .arg(nameLength)
+                                .arg(nameMax > 0 ? nameMax : 255));
+    QTemporaryFile trial(dir.filePath() + QLatin1String("/.kvdwrite-XXXXXX"));
+    if (!trial.open())
+        return KvdCli::fail("write", QStringLiteral("no file can be created in %1: %2")
+                                         .arg(dir.filePath(), trial.errorString()));
+    trial.close();
     if (QFileInfo::exists(lock))
         KvdCli::fail("write", QStringLiteral("waiting for %1 to disappear").arg(lock));
 

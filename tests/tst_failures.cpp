@@ -338,6 +338,24 @@ private slots:
         KVDView view;
         QVERIFY(view.load(root, root + "/KVD.cfg", false));
         QVERIFY2(view.curves.size() == 5, "the saved view did not load");
+        // A range deletion takes u's record of 2001-01-01 away; a custom file copies another.
+        m_shell.user = "u";
+        m_answers.push(ModalAnswerer::click("OK"));
+        KVDRecordDeletion(view, nullptr).range("u");
+        m_shell.user = "alice";
+        QVERIFY2(!QFile::exists(root + "/m.u.1.kvd") && !QFile::exists(root + "/KVD.tmp"),
+                 "the deletion did not remove the record of 2001-01-01");
+        qputenv("ZANTH_KVD_ROOT", QFile::encodeName(root));
+        const uint32_t value = 6;
+        QCOMPARE(Write_Measure("m", "u", 1, Date2001, 1, &value), 0u);
+        QTreeWidget list;
+        auto* row = new KVDCheckList(root, &list, {"m", "u", "-"});
+        row->fieldCount = 1;
+        row->secondText = "m.u.1.kvd";
+        row->setCheckState(0, Qt::Checked);
+        KVDCustomCurves(view, nullptr).CreateCustomFile(&list, "u");
+        QCOMPARE(TestEnv::contents(root + "/Customm.u.1.kvd"),
+                 TestEnv::contents(root + "/m.u.1.kvd"));
         QStringList outside =
             QDir(parent.path()).entryList(QDir::NoDotAndDotDot | QDir::AllEntries);
         outside.sort();

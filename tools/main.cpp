@@ -1,3 +1,4 @@
+#include "kvdcli.h"
 #include "kvdcommands.h"
 #include "kvdtoolkitsetup.h"
 
@@ -10,12 +11,14 @@ namespace {
 
 void usage(std::FILE* out)
 {
-    std::fprintf(out, "Usage: kvd COMMAND [ARGS...]\n\n"
-                      "Reads, writes and draws Kavendi measure repositories without a window.\n\n"
-                      "Commands:\n");
+    std::fputs(qPrintable(KvdCli::tr("Usage: kvd COMMAND [ARGS...]\n\n"
+                                     "Reads, writes and draws Kavendi measure repositories "
+                                     "without a window.\n\n"
+                                     "Commands:\n")),
+               out);
     for (const KvdCommand& command : kvdCommands())
-        std::fprintf(out, "  %-8s %s\n", command.name, command.summary);
-    std::fprintf(out, "\nkvd COMMAND --help describes a command.\n");
+        std::fprintf(out, "  %-8s %s\n", command.name, qPrintable(KvdCli::tr(command.summary)));
+    std::fputs(qPrintable(KvdCli::tr("\nkvd COMMAND --help describes a command.\n")), out);
 }
 
 } // namespace
@@ -42,7 +45,7 @@ int main(int argc, char** argv)
     for (const KvdCommand& command : kvdCommands())
         if (name == QLatin1String(command.name))
             return command.run(args);
-    std::fprintf(stderr, "kvd: unknown command '%s'\n\n", qPrintable(name));
+    std::fprintf(stderr, "%s\n\n", qPrintable(KvdCli::tr("kvd: unknown command '%1'").arg(name)));
     usage(stderr);
     return 2;
 }

@@ -1,4 +1,5 @@
 #include "kvdtoolkitsetup.h"
+#include "qatranslation.h"
 #include "studiowindow.h"
 
 #include <QApplication>
@@ -39,6 +40,8 @@ int main(int argc, char** argv)
     KvdToolkitSetup::prepare();
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("kavendi-studio"));
+    // Before the first text: the plug-in finds its catalogue installed and keeps to it.
+    QATranslation::install(QStringLiteral("kavendi"), QStringLiteral(":/i18n"));
 
     QCommandLineParser parser;
     parser.setApplicationDescription(

@@ -1,5 +1,6 @@
 #include "kvdcli.h"
 #include "kvdcommands.h"
+#include "qatranslation.h"
 #include "kvdtoolkitsetup.h"
 
 #include <QApplication>
@@ -30,6 +31,7 @@ int main(int argc, char** argv)
     KvdToolkitSetup::prepare();
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("kvd"));
+    QATranslation::install(QStringLiteral("kavendi"), QStringLiteral(":/i18n"));
 
     QStringList args = QCoreApplication::arguments().mid(1);
     if (args.isEmpty()) {

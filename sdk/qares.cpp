@@ -5,6 +5,7 @@
 #include "qaresrgb.h"
 #include "qaresstring.h"
 
+#include <QCoreApplication>
 #include <QFile>
 #include <QFileInfo>
 #include <QXmlStreamReader>
@@ -51,7 +52,9 @@ QARes* QARes::read(const QString& path, bool verbose)
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly)) {
         if (verbose)
-            std::fprintf(stderr, "%s: %s\n", qPrintable(path), qPrintable(file.errorString()));
+            std::fprintf(stderr, "%s\n",
+                         qPrintable(QCoreApplication::translate("QARes", "%1: %2", "file, error")
+                                        .arg(path, file.errorString())));
         return nullptr;
     }
     return parse(file.readAll(), verbose);
@@ -90,7 +93,7 @@ QARes* readNode(QXmlStreamReader& xml, QString* why)
 {
     const QXmlStreamAttributes attributes = xml.attributes();
     if (!attributes.hasAttribute(QStringLiteral("name"))) {
-        *why = QStringLiteral("element without a name");
+        *why = QCoreApplication::translate("QARes", "element without a name");
         return nullptr;
     }
     const QString name = attributes.value(QStringLiteral("name")).toString();
@@ -101,14 +104,15 @@ QARes* readNode(QXmlStreamReader& xml, QString* why)
         int red = 0, green = 0, blue = 0;
         if (!parseComponent(attributes, "r", &red) || !parseComponent(attributes, "g", &green) ||
             !parseComponent(attributes, "b", &blue)) {
-            *why = QStringLiteral("colour without three components from 0 to 255");
+            *why = QCoreApplication::translate("QARes",
+                                               "colour without three components from 0 to 255");
             return nullptr;
         }
         xml.readElementText(QXmlStreamReader::ErrorOnUnexpectedElement);
         return xml.hasError() ? nullptr : new QAResRGB(name, red, green, blue);
     }
     if (tag != u"string" && tag != u"int" && tag != u"bool") {
-        *why = QStringLiteral("unknown element ") + tag.toString();
+        *why = QCoreApplication::translate("QARes", "unknown element %1").arg(tag);
         return nullptr;
     }
     const QString text = xml.readElementText(QXmlStreamReader::ErrorOnUnexpectedElement);
@@ -119,14 +123,14 @@ QARes* readNode(QXmlStreamReader& xml, QString* why)
     if (tag == u"int") {
         int value = 0;
         if (!parseInt(text, &value)) {
-            *why = QStringLiteral("integer expected");
+            *why = QCoreApplication::translate("QARes", "integer expected");
             return nullptr;
         }
         return new QAResInt(name, value);
     }
     const QString flag = text.trimmed();
     if (flag != u"true" && flag != u"false") {
-        *why = QStringLiteral("true or false expected");
+        *why = QCoreApplication::translate("QARes", "true or false expected");
         return nullptr;
     }
     return new QAResBoolean(name, flag == u"true");
@@ -180,13 +184,14 @@ QARes* QARes::parse(const QByteArray& document, bool verbose)
             break;
         case QXmlStreamReader::Characters:
             if (!xml.isWhitespace()) {
-                why = QStringLiteral("text outside a value");
+                why = QCoreApplication::translate("QARes", "text outside a value");
                 failed = true;
             }
             break;
         case QXmlStreamReader::DTD:
         case QXmlStreamReader::EntityReference:
-            why = QStringLiteral("document type declarations are not allowed");
+            why =
+                QCoreApplication::translate("QARes", "document type declarations are not allowed");
             failed = true;
             break;
         default:
@@ -198,11 +203,14 @@ QARes* QARes::parse(const QByteArray& document, bool verbose)
         failed = true;
     }
     if (!failed && !root)
-        why = QStringLiteral("empty document");
+        why = QCoreApplication::translate("QARes", "empty document");
     if (failed || !root) {
         if (verbose)
-            std::fprintf(stderr, "resource file: %s (line %lld)\n", qPrintable(why),
-                         static_cast<long long>(xml.lineNumber()));
+            std::fprintf(
+                stderr, "%s\n",
+                qPrintable(QCoreApplication::translate("QARes", "resource file: %1 (line %2)")
+                               .arg(why)
+                               .arg(xml.lineNumber())));
         return nullptr;
     }
     return root.release();

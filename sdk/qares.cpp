@@ -46,7 +46,10 @@ QARes* QARes::read(const QString& path, bool verbose)
     const QFileInfo info(path);
     if (info.exists() && !info.isFile()) {
         if (verbose)
-            std::fprintf(stderr, "%s: not a regular file\n", qPrintable(path));
+            std::fprintf(
+                stderr, "%s\n",
+                qPrintable(
+                    QCoreApplication::translate("QARes", "%1: not a regular file").arg(path)));
         return nullptr;
     }
     QFile file(path);
@@ -170,7 +173,8 @@ QARes* QARes::parse(const QByteArray& document, bool verbose)
             }
             if (QAResGroup* group = node->toResGroup()) {
                 if (stack.size() >= MaxDepth) {
-                    why = QStringLiteral("groups nested deeper than %1").arg(MaxDepth);
+                    why = QCoreApplication::translate("QARes", "groups nested deeper than %1")
+                              .arg(MaxDepth);
                     failed = true;
                     break;
                 }

@@ -103,14 +103,13 @@ int kvdWrite(const QStringList& args)
     const long nameMax = pathconf(root, _PC_NAME_MAX);
     const qsizetype nameLength = QFile::encodeName(QFileInfo(lock).fileName()).size();
     if (nameLength > (nameMax > 0 ? nameMax : 255))
-        return KvdCli::fail("write",
-                            QStringLiteral("the pair's file names would be %1 bytes long; the "
-                                           "file system takes at most %2")
-                                .arg(nameLength)
-                                .arg(nameMax > 0 ? nameMax : 255));
+        return KvdCli::fail("write", KvdCli::tr("the pair's file names would be %1 bytes long; the "
+                                                "file system takes at most %2")
+                                         .arg(nameLength)
+                                         .arg(nameMax > 0 ? nameMax : 255));
     QTemporaryFile trial(dir.filePath() + QLatin1String("/.kvdwrite-XXXXXX"));
     if (!trial.open())
-        return KvdCli::fail("write", QStringLiteral("no file can be created in %1: %2")
+        return KvdCli::fail("write", KvdCli::tr("no file can be created in %1: %2")
                                          .arg(dir.filePath(), trial.errorString()));
     trial.close();
     if (QFileInfo::exists(lock))

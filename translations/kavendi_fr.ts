@@ -688,6 +688,14 @@ Voulez-vous la configurer ?</translation>
         <source>resource file: %1 (line %2)</source>
         <translation>fichier de ressources : %1 (ligne %2)</translation>
     </message>
+    <message>
+        <source>%1: not a regular file</source>
+        <translation>%1 : ce n&apos;est pas un fichier ordinaire</translation>
+    </message>
+    <message>
+        <source>groups nested deeper than %1</source>
+        <translation>groupes imbriqués sur plus de %1 niveaux</translation>
+    </message>
 </context>
 <context>
     <name>QAStKvdPlugin</name>
@@ -1443,6 +1451,14 @@ kvd COMMANDE --help décrit une commande.
         <source>kvd %1: %2</source>
         <comment>subcommand, message</comment>
         <translation>kvd %1 : %2</translation>
+    </message>
+    <message>
+        <source>the pair&apos;s file names would be %1 bytes long; the file system takes at most %2</source>
+        <translation>les noms de fichier de la paire feraient %1 octets ; le système de fichiers en accepte au plus %2</translation>
+    </message>
+    <message>
+        <source>no file can be created in %1: %2</source>
+        <translation>aucun fichier ne peut être créé dans %1 : %2</translation>
     </message>
 </context>
 </TS>

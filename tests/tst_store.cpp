@@ -422,8 +422,8 @@ private slots:
         shell.setWorkingDirectory(repo.root());
         const QString setUp = QString("export PATH='%1':$PATH D='%2' ZANTH_KVD_ROOT=.; ")
                                   .arg(TestEnv::built("bin"), TestEnv::dataFile("measure"));
-        shell.start("timeout", {"-s", "KILL", "30", "sh", "-c", setUp + script});
-        QCOMPARE(shell.waitForFinished(60000) ? shell.exitCode() : -1, status);
+        shell.start("timeout", {"-s", "KILL", "150", "sh", "-c", setUp + script});
+        QCOMPARE(shell.waitForFinished(180000) ? shell.exitCode() : -1, status);
         const QString shown = shell.readAllStandardOutput(), said = shell.readAllStandardError();
         QVERIFY2(QRegularExpression("\\A(?:" + out + ")\\z").match(shown).hasMatch(),
                  qPrintable(shown));

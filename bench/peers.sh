@@ -11,10 +11,11 @@
 #   --build DIR      the build whose bin/kvd and bin/peerdata are used (default build; built
 #                    when they are missing)
 #   --baseline KVD   another kvd binary timed in the same runs, for a before/after figure
-#   --runs N         timed runs of each command (default 30, after 3 warm-up runs)
+#   --runs N         timed runs of each command (default 30, at least 20), in 5 rounds
+#                    that take turns, each after a warm-up run
 #   --keep DIR       work in DIR and keep it (default: a temporary directory, removed)
-# Installs rrdtool and hyperfine from Debian when missing; when they cannot be had it says
-# why and exits 0 without a figure.
+# Installs rrdtool, hyperfine and python3 from Debian when missing; when they cannot be had
+# it says why and exits 0 without a figure.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 source scripts/common.sh
@@ -22,6 +23,7 @@ source scripts/common.sh
 build=build
 baseline=
 runs=30
+rounds=5
 keep=
 while [ $# -gt 0 ]; do
     case $1 in
@@ -29,20 +31,21 @@ while [ $# -gt 0 ]; do
     --baseline) baseline=$2; shift 2 ;;
     --runs) runs=$2; shift 2 ;;
     --keep) keep=$2; shift 2 ;;
-    -h | --help) sed -n '2,17p' "$0" | cut -c3-; exit 0 ;;
+    -h | --help) sed -n '2,18p' "$0" | cut -c3-; exit 0 ;;
     *) echo "peers.sh: unknown argument $1" >&2; exit 2 ;;
     esac
 done
-case $runs in '' | *[!0-9]* | 0 | 1) echo "peers.sh: --runs takes a count of 2 or more" >&2; exit 2 ;; esac
+case $runs in '' | *[!0-9]* | ? | 1?) echo "peers.sh: --runs takes a count of 20 or more" >&2; exit 2 ;; esac
 if [ -n "$baseline" ] && [ ! -x "$baseline" ]; then
     echo "peers.sh: $baseline is not an executable" >&2
     exit 2
 fi
 
-if ! command -v rrdtool >/dev/null || ! command -v hyperfine >/dev/null; then
-    (kvd_install_missing rrdtool hyperfine) >&2 || true
+if ! command -v rrdtool >/dev/null || ! command -v hyperfine >/dev/null ||
+    ! command -v python3 >/dev/null; then
+    (kvd_install_missing rrdtool hyperfine python3) >&2 || true
 fi
-for tool in rrdtool hyperfine; do
+for tool in rrdtool hyperfine python3; do
     if ! command -v $tool >/dev/null; then
         echo "peers.sh: skipped: $tool is not installed and could not be installed"
         exit 0
@@ -99,19 +102,39 @@ graph=(rrdtool graph "$work/rrd-year.png" --full-size-mode -w 1280 -h 800
 [ -z "$baseline" ] || { "$baseline" "${year[@]}" && "$baseline" "${day[@]}"; }
 
 quoted() { printf '%q ' "$@"; }
-# hyperfine NAME COMMAND... pairs: times the commands side by side into $work/NAME.{json,csv}.
+# timed NAME LABEL COMMAND...: rounds of hyperfine over the commands, each round in another
+# order, so that a slow spell of the shared machine falls on every command alike; the
+# rounds' JSON go to $work/NAME-R.json.
 timed() {
-    local name=$1
+    local name=$1 labels=() commands=() args k r
     shift
-    local args=()
     while [ $# -gt 0 ]; do
-        args+=(-n "$1" "$2")
+        labels+=("$1")
+        commands+=("$2")
         shift 2
     done
-    hyperfine -N --style none --warmup 3 --runs "$runs" --export-json "$work/$name.json" \
-        --export-csv "$work/$name.csv" "${args[@]}" >/dev/null
+    rm -f "$work/$name"-*.json
+    for ((r = 0; r < rounds; r++)); do
+        args=()
+        for ((k = 0; k < ${#labels[@]}; k++)); do
+            args+=(-n "${labels[(k + r) % ${#labels[@]}]}" "${commands[(k + r) % ${#labels[@]}]}")
+        done
+        hyperfine -N --style none --warmup 1 --runs $(((runs + rounds - 1) / rounds)) \
+            --export-json "$work/$name-$r.json" "${args[@]}" >/dev/null
+    done
 }
-median() { awk -F, -v n="$2" 'NR > 1 && $1 == n { printf "%.1f", $4 * 1000 }' "$1"; }
+# medians NAME: "LABEL MEDIAN_MS" for each command, over the runs of every round.
+medians() {
+    python3 - "$work" "$1" <<'PY'
+import glob, json, statistics, sys
+times = {}
+for path in sorted(glob.glob(f"{sys.argv[1]}/{sys.argv[2]}-*.json")):
+    for result in json.load(open(path))["results"]:
+        times.setdefault(result["command"], []).extend(result["times"])
+for label, runs in times.items():
+    print(label, f"{statistics.median(runs) * 1000:.1f}")
+PY
+}
 ratio() { awk -v a="$1" -v b="$2" 'BEGIN { printf "%.2f", a / b }'; }
 
 big=(kvd "$(quoted "$kvd" "${year[@]}")" rrdtool "$(quoted "${graph[@]}")")
@@ -122,33 +145,31 @@ if [ -n "$baseline" ]; then
 fi
 timed year "${big[@]}"
 timed day "${small[@]}"
+declare -A year_ms day_ms
+while read -r label ms; do year_ms[$label]=$ms; done < <(medians year)
+while read -r label ms; do day_ms[$label]=$ms; done < <(medians day)
 
-kvd_year=$(median "$work/year.csv" kvd)
-rrd_year=$(median "$work/year.csv" rrdtool)
-kvd_day=$(median "$work/day.csv" kvd)
-kvd_key=$(median "$work/day.csv" key)
-echo "Medians of $runs runs (ms), side by side in one hyperfine run each"
+echo "Medians of $runs runs (ms), in $rounds rounds of hyperfine that take turns"
 echo "4 x 250,000 points over a year, 1280x800 PNG:"
-printf '  %-22s %8s\n' "kvd render" "$kvd_year" "rrdtool graph" "$rrd_year"
-printf '  %-22s %8s   (goal: at most 0.50)\n' "kvd / rrdtool" "$(ratio "$kvd_year" "$rrd_year")"
+printf '  %-22s %8s\n' "kvd render" "${year_ms[kvd]}" "rrdtool graph" "${year_ms[rrdtool]}"
+printf '  %-22s %8s   (goal: at most 0.50)\n' "kvd / rrdtool" \
+    "$(ratio "${year_ms[kvd]}" "${year_ms[rrdtool]}")"
 echo "One curve, one day of that year's file, 1280x800 PNG:"
-printf '  %-22s %8s   (goal: at most 30 ms)\n' "kvd render" "$kvd_day"
-printf '  %-22s %8s\n' "kvd key x" "$kvd_key"
-printf '  %-22s %8s\n' "render / key" "$(ratio "$kvd_day" "$kvd_key")"
+printf '  %-22s %8s   (goal: at most 30 ms)\n' "kvd render" "${day_ms[kvd]}"
+printf '  %-22s %8s\n' "kvd key x" "${day_ms[key]}"
+printf '  %-22s %8s\n' "render / key" "$(ratio "${day_ms[kvd]}" "${day_ms[key]}")"
 if [ -n "$baseline" ]; then
-    base_year=$(median "$work/year.csv" baseline)
-    base_day=$(median "$work/day.csv" baseline)
-    base_key=$(median "$work/day.csv" baseline-key)
     echo "Baseline $baseline, same runs:"
-    printf '  %-22s %8s   (kvd / baseline %s, baseline / rrdtool %s)\n' "year render" "$base_year" \
-        "$(ratio "$kvd_year" "$base_year")" "$(ratio "$base_year" "$rrd_year")"
-    printf '  %-22s %8s   (kvd / baseline %s)\n' "day render" "$base_day" \
-        "$(ratio "$kvd_day" "$base_day")"
-    printf '  %-22s %8s   (kvd / baseline %s)\n' "key x" "$base_key" \
-        "$(ratio "$kvd_key" "$base_key")"
+    printf '  %-22s %8s   (kvd / baseline %s, baseline / rrdtool %s)\n' "year render" \
+        "${year_ms[baseline]}" "$(ratio "${year_ms[kvd]}" "${year_ms[baseline]}")" \
+        "$(ratio "${year_ms[baseline]}" "${year_ms[rrdtool]}")"
+    printf '  %-22s %8s   (kvd / baseline %s)\n' "day render" "${day_ms[baseline]}" \
+        "$(ratio "${day_ms[kvd]}" "${day_ms[baseline]}")"
+    printf '  %-22s %8s   (kvd / baseline %s)\n' "key x" "${day_ms[baseline-key]}" \
+        "$(ratio "${day_ms[key]}" "${day_ms[baseline-key]}")"
 fi
 if [ -n "$keep" ]; then
-    echo "hyperfine's figures: $work/year.json, $work/day.json"
+    echo "hyperfine's figures: $work/year-*.json, $work/day-*.json"
 else
     echo "hyperfine's figures are removed with $work; --keep DIR keeps them"
 fi

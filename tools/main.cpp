@@ -1,7 +1,7 @@
 #include "kvdcommands.h"
 #include "kvdtoolkitsetup.h"
 
-#include <QApplication>
+#include <QGuiApplication>
 
 #include <cstdio>
 #include <cstring>
@@ -25,8 +25,8 @@ int main(int argc, char** argv)
     // kvd is headless: it never opens a window, whatever display there is.
     qputenv("QT_QPA_PLATFORM", "offscreen");
     KvdToolkitSetup::prepare();
-    QApplication app(argc, argv);
-    QApplication::setApplicationName(QStringLiteral("kvd"));
+    QGuiApplication app(argc, argv);
+    QGuiApplication::setApplicationName(QStringLiteral("kvd"));
 
     QStringList args = QCoreApplication::arguments().mid(1);
     if (args.isEmpty()) {

@@ -1,4 +1,5 @@
 #include "kvdcommands.h"
+#include "kvdheapsetup.h"
 #include "kvdtoolkitsetup.h"
 
 #include <QGuiApplication>
@@ -22,6 +23,7 @@ void usage(std::FILE* out)
 
 int main(int argc, char** argv)
 {
+    KvdHeapSetup::prepare();
     // kvd is headless: it never opens a window, whatever display there is.
     qputenv("QT_QPA_PLATFORM", "offscreen");
     KvdToolkitSetup::prepare();

@@ -11,9 +11,9 @@ class QIODevice;
 //
 // A chart is large flat areas crossed by thin lines. The toolkit's own PNG writer tries
 // every row filter on every row and compresses hard, which costs several times the
-// drawing; here every row is stored as its difference from the row above and compressed
-// at zlib's fastest level. The file is larger (about 1.5 times) and reads back to exactly
-// the same pixels.
+// drawing; here every row is stored as its difference from the row above, and compressed
+// only by writing what repeats as runs. The file is larger (up to about twice) and reads
+// back to exactly the same pixels.
 class KVDPngWriter
 {
 public:

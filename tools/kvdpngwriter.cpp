@@ -217,8 +217,9 @@ bool KVDPngWriter::write(const QImage& source, QIODevice* device, QString* error
 {
     if (source.isNull())
         return fail(error, QStringLiteral("there is no picture to write"));
-    // The toolkit's conversion gives the file's byte order, several pixels at a time.
-    const QImage image = source.convertToFormat(QImage::Format_RGB888);
+    const QImage image = source.format() == QImage::Format_RGB32
+                             ? source
+                             : source.convertToFormat(QImage::Format_RGB32);
     const int width = image.width();
     const int height = image.height();
     const size_t rowBytes = 1 + 3 * size_t(width);
@@ -241,16 +242,26 @@ bool KVDPngWriter::write(const QImage& source, QIODevice* device, QString* error
     const size_t batchRows = qMax<size_t>(1, BatchBytes / rowBytes);
     std::vector<uchar> batch(batchRows * rowBytes);
     const std::vector<uchar> zeros(rowBytes - 1, 0);
+    QImage strip;    // this batch's rows in the file's byte order
+    QImage previous; // the last batch's
     for (int y = 0; y < height;) {
         const int rows = int(qMin<size_t>(batchRows, size_t(height - y)));
+        // The toolkit converts several pixels at a time, and a whole picture on several
+        // threads, whose start costs more than the conversion: a batch is converted alone.
+        strip =
+            QImage(image.constScanLine(y), width, rows, image.bytesPerLine(), QImage::Format_RGB32)
+                .convertToFormat(QImage::Format_RGB888);
         for (int k = 0; k < rows; ++k, ++y) {
-            const uchar* __restrict now = image.constScanLine(y);
-            const uchar* __restrict before = y > 0 ? image.constScanLine(y - 1) : zeros.data();
+            const uchar* __restrict now = strip.constScanLine(k);
+            const uchar* __restrict before = k > 0   ? strip.constScanLine(k - 1)
+                                             : y > 0 ? previous.constScanLine(previous.height() - 1)
+                                                     : zeros.data();
             uchar* __restrict filtered = batch.data() + size_t(k) * rowBytes;
             filtered[0] = Up;
             for (size_t i = 0; i + 1 < rowBytes; ++i)
                 filtered[1 + i] = uchar(now[i] - before[i]);
         }
+        previous = strip;
         encoder.add(batch.data(), size_t(rows) * rowBytes);
         if (y == height)
             encoder.finish();

@@ -12,8 +12,7 @@
 
 namespace {
 // Reads are as fast from a buffer this size as from a larger one, and it stays in the
-// cache; each megabyte of fresh buffer would cost a quarter of a thousand page faults
-// at every open.
+// cache; each megabyte of fresh buffer would cost 256 page faults at every open.
 constexpr size_t BufferBytes = 64 * 1024;
 } // namespace
 

@@ -71,7 +71,7 @@ KVDCurve::KVDCurve(const QString& repository, const QString& measure, int field,
     // file holds and then cut to what was read. The cancel button is not consulted: a
     // curve always holds every record of its file.
     m_points->reserve(records);
-    KVDCurveSummary::preferHugePages(m_points->data(), records * qint64(sizeof(QPoint)));
+    KVDCurveSummary::prepareFreshMemory(m_points->data(), records * qint64(sizeof(QPoint)));
     m_points->resize(records);
     QPoint* out = m_points->data();
     m_summary.start(records);

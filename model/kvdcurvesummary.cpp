@@ -4,6 +4,7 @@
 
 #ifdef Q_OS_LINUX
 #include <sys/mman.h>
+#include <unistd.h>
 #endif
 
 namespace {
@@ -69,7 +70,7 @@ void KVDCurveSummary::start(qint64 expected)
     m_levels.emplace_back();
     const size_t leaves = size_t((expected + LeafPoints - 1) / LeafPoints);
     m_levels[0].reserve(leaves);
-    preferHugePages(m_levels[0].data(), qint64(leaves * sizeof(Node)));
+    prepareFreshMemory(m_levels[0].data(), qint64(leaves * sizeof(Node)));
     m_count = 0;
 }
 
@@ -102,16 +103,30 @@ void KVDCurveSummary::clear()
     m_count = 0;
 }
 
-void KVDCurveSummary::preferHugePages(void* data, qint64 bytes)
+void KVDCurveSummary::prepareFreshMemory(void* data, qint64 bytes)
 {
 #ifdef Q_OS_LINUX
     constexpr quintptr Huge = quintptr(2) << 20;
-    if (!data || bytes < qint64(2 * Huge))
+    constexpr qint64 Mapped = 64 * 1024;
+    if (!data || bytes < Mapped)
         return;
-    const quintptr begin = (quintptr(data) + Huge - 1) & ~(Huge - 1);
-    const quintptr end = (quintptr(data) + quintptr(bytes)) & ~(Huge - 1);
+    const quintptr from = quintptr(data);
+    const quintptr to = from + quintptr(bytes);
+    if (bytes >= qint64(2 * Huge)) {
+        const quintptr begin = (from + Huge - 1) & ~(Huge - 1);
+        const quintptr end = to & ~(Huge - 1);
+        if (end > begin)
+            madvise(reinterpret_cast<void*>(begin), end - begin, MADV_HUGEPAGE);
+    }
+#ifdef MADV_POPULATE_WRITE
+    // After the advice, so that the pages mapped in are huge where they may be. Only
+    // whole pages inside the block; a system without the request ignores it.
+    const quintptr page = quintptr(sysconf(_SC_PAGESIZE));
+    const quintptr begin = (from + page - 1) & ~(page - 1);
+    const quintptr end = to & ~(page - 1);
     if (end > begin)
-        madvise(reinterpret_cast<void*>(begin), end - begin, MADV_HUGEPAGE);
+        madvise(reinterpret_cast<void*>(begin), end - begin, MADV_POPULATE_WRITE);
+#endif
 #else
     Q_UNUSED(data);
     Q_UNUSED(bytes);

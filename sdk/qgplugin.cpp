@@ -1,7 +1,5 @@
 #include "qgplugin.h"
 
-QUnknownInterface::~QUnknownInterface() = default;
-
 namespace {
 
 class Component : public QGPluginInterface

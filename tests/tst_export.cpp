@@ -2,12 +2,14 @@
 #include "fakestudio.h"
 #include "kvdcsvexport.h"
 #include "kvdoutput.h"
+#include "kvdpngwriter.h"
 #include "kvdview.h"
 #include "modalanswerer.h"
 #include "recordingshell.h"
 #include "samplerepository.h"
 #include "testenv.h"
 
+#include <QBuffer>
 #include <QCryptographicHash>
 #include <QDialog>
 #include <QPainter>
@@ -197,6 +199,48 @@ private slots:
                  "the save dialog only, once a curve is shown");
         QCOMPARE(TestEnv::contents(path), written);
         QCOMPARE(QDir(out.path()).entryList(QDir::Files).size(), written.isEmpty() ? 0 : 1);
+    }
+
+    // kvd render's PNG files read back to the very pixels drawn: rows are stored as their
+    // difference from the row above, handed over in batches and compressed in pieces.
+    void png_data()
+    {
+        QTest::addColumn<QImage>("image");
+        QImage one(1, 1, QImage::Format_RGB32);
+        one.fill(qRgb(255, 0, 128));
+        QImage noise(800, 200, QImage::Format_RGB32); // hardly compresses: many pieces
+        QRandomGenerator random(7);
+        for (int y = 0; y < noise.height(); ++y)
+            for (int x = 0; x < noise.width(); ++x)
+                noise.setPixel(x, y, random.generate() | 0xff000000u);
+        QImage chart = KVDPngWriter::canvas(QSize(1280, 800));
+        QCOMPARE(chart.pixel(1279, 799), qRgb(255, 255, 255));
+        QPainter(&chart).drawText(600, 400, "Jan 2024");
+        QImage wide(9000, 3, QImage::Format_ARGB32); // rows longer than a batch
+        wide.fill(qRgb(10, 200, 30));
+        wide.setPixel(8999, 2, qRgb(1, 2, 3));
+        QTest::newRow("one pixel") << one;
+        QTest::newRow("noise") << noise;
+        QTest::newRow("text on a fresh canvas") << chart;
+        QTest::newRow("long rows, another format") << wide;
+    }
+
+    void png()
+    {
+        QFETCH(QImage, image);
+        QBuffer out;
+        out.open(QIODevice::WriteOnly);
+        QVERIFY2(KVDPngWriter::write(image, &out), "written");
+        const QImage back = QImage::fromData(out.data(), "PNG");
+        QVERIFY2(back.convertToFormat(QImage::Format_RGB32) ==
+                     image.convertToFormat(QImage::Format_RGB32),
+                 "the same pixels");
+        QCOMPARE(back.dotsPerMeterX(), image.dotsPerMeterX());
+        QFile full("/dev/full");
+        QString error;
+        QVERIFY(full.open(QIODevice::WriteOnly | QIODevice::Unbuffered));
+        QVERIFY2(!KVDPngWriter::write(image, &full, &error) && !error.isEmpty(),
+                 "a device that takes nothing is reported");
     }
 
     void kvd_data()

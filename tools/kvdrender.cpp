@@ -1,6 +1,7 @@
 #include "kvdchart.h"
 #include "kvdcli.h"
 #include "kvdconfig.h"
+#include "kvdpngwriter.h"
 #include "kvdselection.h"
 #include "kvdview.h"
 
@@ -75,13 +76,14 @@ void draw(QPainter* painter, KVDView& view, const QSize& size)
 bool paintTo(QSaveFile* file, const QString& format, KVDView& view, const QSize& size)
 {
     if (format == QLatin1String("png")) {
-        QImage image(size, QImage::Format_RGB32);
-        image.fill(Qt::white);
+        QImage image = KVDPngWriter::canvas(size);
+        if (image.isNull())
+            return false;
         {
             QPainter painter(&image);
             draw(&painter, view, size);
         }
-        return image.save(file, "PNG");
+        return KVDPngWriter::write(image, file);
     }
     QPainter painter;
     if (format == QLatin1String("svg")) {

@@ -1,9 +1,10 @@
 #include "kvdcli.h"
 #include "kvdcommands.h"
+#include "kvdheapsetup.h"
 #include "qatranslation.h"
 #include "kvdtoolkitsetup.h"
 
-#include <QApplication>
+#include <QGuiApplication>
 
 #include <cstdio>
 #include <cstring>
@@ -26,11 +27,12 @@ void usage(std::FILE* out)
 
 int main(int argc, char** argv)
 {
+    KvdHeapSetup::prepare();
     // kvd is headless: it never opens a window, whatever display there is.
     qputenv("QT_QPA_PLATFORM", "offscreen");
     KvdToolkitSetup::prepare();
-    QApplication app(argc, argv);
-    QApplication::setApplicationName(QStringLiteral("kvd"));
+    QGuiApplication app(argc, argv);
+    QGuiApplication::setApplicationName(QStringLiteral("kvd"));
     QATranslation::install(QStringLiteral("kavendi"), QStringLiteral(":/i18n"));
 
     QStringList args = QCoreApplication::arguments().mid(1);

@@ -1,0 +1,3 @@
+#include "qunknowninterface.h"
+
+QUnknownInterface::~QUnknownInterface() = default;

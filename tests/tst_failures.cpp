@@ -412,7 +412,10 @@ private slots:
         const auto [status, errors] =
             kvd({"render", "--root", dir.path(), "--view", "-o", dir.path() + "/x.png"}, dir.path(),
                 dir.path());
-        QVERIFY2(status == 1 && !errors.isEmpty(), qPrintable(errors));
+        const QString named = kind == "fifo"        ? "is a pipe"
+                              : kind == "directory" ? "is a directory"
+                                                    : "";
+        QVERIFY2(status == 1 && !errors.isEmpty() && errors.contains(named), qPrintable(errors));
     }
 
     // Names and places the store cannot write to are refused before the store waits for a

@@ -116,13 +116,10 @@ private slots:
         QTest::newRow("one second after 1970") << Write{0, 9, 1, 2, {}};
         QTest::newRow("no field") << Write{0, 3, ~0u, 0, {}};
         QTest::newRow("9999 fields, the most") << Write{0, 3, 1, 9999, {}};
-        QTest::newRow("10000 fields") << Write{0, 3, 1, 10000, "Too many measure values"};
         QTest::newRow("negative count") << Write{0, 3, 1, -1, "Unable to allocate memory"};
         QTest::newRow("repository unset") << Write{0, 3, 1, 1, ""};
         // Once the index exists, positioning back from the end of the data file lands past
         // it on a 64-bit build: every later write of the pair fails before changing a byte.
-        QTest::newRow("second write, same key") << Write{1, 5, 2000, 1, unread};
-        QTest::newRow("second write, new key") << Write{1, 6, 2000, 4, unread};
         QTest::newRow("many records, new key") << Write{7, 0xABCD, 2000, 4, unread};
     }
 
@@ -377,10 +374,6 @@ private slots:
         command("render, pipe as definitions",
                 "mkfifo b && kvd render --root . --builtin b -o o.png", 1, "",
                 "b is a pipe, not a regular file");
-        command(
-            "render, pipe as saved view",
-            "kvd sample . --days 2 >/dev/null && mkfifo KVD.cfg && kvd render --root . -o o.png", 1,
-            "", "KVD.cfg is a pipe, not a regular file");
         command("render, wider than the drawing limit",
                 "kvd sample . --days 2 >/dev/null && "
                 "kvd render --root . --size 4249x200 -o a.png 2>&1 | grep -c 'drawing limit'; "

@@ -20,7 +20,7 @@
 #endif
 #endif
 
-enum { MaxCalls = 8192, MaxOpen = 64, NameSize = 96 };
+enum { MaxCalls = 8192, MaxOpen = 128, NameSize = 96 };
 
 static char watched[4096];
 static size_t watchedLength;
@@ -34,11 +34,11 @@ static uintptr_t allocLow, allocHigh;
 /* Set while this library works, so that its own calls are never counted. */
 static __thread int busy;
 
-/* Streams and descriptors opened on watched paths, with the file's name. */
-static FILE* streams[MaxOpen];
-static char streamNames[MaxOpen][NameSize];
-static int descriptors[MaxOpen];
-static char descriptorNames[MaxOpen][NameSize];
+/* Streams and descriptors opened on watched paths, with the file's name; 0 is a free slot. */
+static intptr_t handles[MaxOpen];
+static char handleNames[MaxOpen][NameSize];
+#define STREAM(stream) ((intptr_t)(stream))
+#define DESCRIPTOR(fd) ((fd) >= 0 ? -(intptr_t)(fd)-1 : 0)
 
 static const char* baseName(const char* path)
 {
@@ -65,34 +65,46 @@ static int fails(const char* function, const char* name, const char* detail)
     return 1;
 }
 
-static const char* streamName(FILE* stream)
+static const char* handleName(intptr_t handle)
 {
-    for (int i = 0; watching && !busy && stream && i < MaxOpen; ++i)
-        if (streams[i] == stream)
-            return streamNames[i];
+    for (int i = 0; watching && !busy && handle && i < MaxOpen; ++i)
+        if (handles[i] == handle)
+            return handleNames[i];
     return NULL;
 }
 
-static void forgetStream(FILE* stream)
+static void forget(intptr_t handle)
 {
-    for (int i = 0; i < MaxOpen; ++i)
-        if (streams[i] == stream)
-            streams[i] = NULL;
+    for (int i = 0; handle && i < MaxOpen; ++i)
+        if (handles[i] == handle)
+            handles[i] = 0;
 }
 
-static const char* descriptorName(int fd)
+/* A handle the system gave out again is a new file: the old name goes. */
+static void remember(intptr_t handle, const char* path)
 {
-    for (int i = 0; watching && !busy && fd >= 0 && i < MaxOpen; ++i)
-        if (descriptors[i] == fd)
-            return descriptorNames[i];
-    return NULL;
+    forget(handle);
+    for (int i = 0; handle && i < MaxOpen; ++i)
+        if (!handles[i]) {
+            handles[i] = handle;
+            snprintf(handleNames[i], NameSize, "%s", baseName(path));
+            break;
+        }
 }
 
-static void forgetDescriptor(int fd)
+/* Counts a call on a watched handle; 1 when it must fail. */
+static int failsOn(const char* function, intptr_t handle)
 {
-    for (int i = 0; i < MaxOpen; ++i)
-        if (descriptors[i] == fd)
-            descriptors[i] = -1;
+    const char* name = handleName(handle);
+    return name && fails(function, name, "");
+}
+
+/* A close that must fail still closes, then reports the failure. */
+static int closed(int failed, int result, int failure)
+{
+    if (failed)
+        errno = failError;
+    return failed ? failure : result;
 }
 
 #define REAL(result, name, params)                                                                 \
@@ -105,10 +117,7 @@ void kvdfaults_watch(const char* dir)
     snprintf(watched, sizeof watched, "%s", dir);
     watchedLength = strlen(watched);
     counted = failAt = 0;
-    for (int i = 0; i < MaxOpen; ++i) {
-        streams[i] = NULL;
-        descriptors[i] = -1;
-    }
+    memset(handles, 0, sizeof handles);
     watching = 1;
 }
 
@@ -190,53 +199,34 @@ FILE* fopen(const char* path, const char* mode)
     if (fails("fopen", baseName(path), mode))
         return NULL;
     FILE* stream = real(path, mode);
-    forgetStream(stream);
-    for (int i = 0; stream && i < MaxOpen; ++i)
-        if (!streams[i]) {
-            streams[i] = stream;
-            snprintf(streamNames[i], NameSize, "%s", baseName(path));
-            break;
-        }
+    remember(STREAM(stream), path);
     return stream;
 }
 
 size_t fread(void* buffer, size_t size, size_t count, FILE* stream)
 {
     REAL(size_t, "fread", (void*, size_t, size_t, FILE*))
-    const char* name = streamName(stream);
-    if (name && fails("fread", name, ""))
-        return 0;
-    return real(buffer, size, count, stream);
+    return failsOn("fread", STREAM(stream)) ? 0 : real(buffer, size, count, stream);
 }
 
 size_t fwrite(const void* buffer, size_t size, size_t count, FILE* stream)
 {
     REAL(size_t, "fwrite", (const void*, size_t, size_t, FILE*))
-    const char* name = streamName(stream);
-    if (name && fails("fwrite", name, ""))
-        return 0;
-    return real(buffer, size, count, stream);
+    return failsOn("fwrite", STREAM(stream)) ? 0 : real(buffer, size, count, stream);
 }
 
 int fseeko(FILE* stream, off_t offset, int whence)
 {
     REAL(int, "fseeko", (FILE*, off_t, int))
-    const char* name = streamName(stream);
-    if (name && fails("fseeko", name, ""))
-        return -1;
-    return real(stream, offset, whence);
+    return failsOn("fseeko", STREAM(stream)) ? -1 : real(stream, offset, whence);
 }
 
 int fclose(FILE* stream)
 {
     REAL(int, "fclose", (FILE*))
-    const char* name = streamName(stream);
-    const int failed = name && fails("fclose", name, "");
-    forgetStream(stream);
-    const int result = real(stream);
-    if (failed)
-        errno = failError;
-    return failed ? EOF : result;
+    const int failed = failsOn("fclose", STREAM(stream));
+    forget(STREAM(stream));
+    return closed(failed, real(stream), EOF);
 }
 
 int remove(const char* path)
@@ -263,53 +253,34 @@ static int openWatched(int (*real)(const char*, int, ...), const char* function,
     if (fails(function, baseName(path), ""))
         return -1;
     const int fd = real(path, flags, mode);
-    forgetDescriptor(fd);
-    for (int i = 0; fd >= 0 && i < MaxOpen; ++i)
-        if (descriptors[i] < 0) {
-            descriptors[i] = fd;
-            snprintf(descriptorNames[i], NameSize, "%s", baseName(path));
-            break;
-        }
+    remember(DESCRIPTOR(fd), path);
     return fd;
 }
 
-int open(const char* path, int flags, ...)
-{
-    REAL(int, "open", (const char*, int, ...))
-    va_list args;
-    va_start(args, flags);
-    const mode_t mode = (flags & (O_CREAT | O_TMPFILE)) ? va_arg(args, mode_t) : 0;
-    va_end(args);
-    return openWatched(real, "open", path, flags, mode);
-}
-
-int open64(const char* path, int flags, ...)
-{
-    REAL(int, "open64", (const char*, int, ...))
-    va_list args;
-    va_start(args, flags);
-    const mode_t mode = (flags & (O_CREAT | O_TMPFILE)) ? va_arg(args, mode_t) : 0;
-    va_end(args);
-    return openWatched(real, "open", path, flags, mode);
-}
+/* open and open64 alike, both counted as open. */
+#define OPEN(function)                                                                             \
+    int function(const char* path, int flags, ...)                                                 \
+    {                                                                                              \
+        REAL(int, #function, (const char*, int, ...))                                              \
+        va_list args;                                                                              \
+        va_start(args, flags);                                                                     \
+        const mode_t mode = (flags & (O_CREAT | O_TMPFILE)) ? va_arg(args, mode_t) : 0;            \
+        va_end(args);                                                                              \
+        return openWatched(real, "open", path, flags, mode);                                       \
+    }
+OPEN(open)
+OPEN(open64)
 
 ssize_t write(int fd, const void* buffer, size_t size)
 {
     REAL(ssize_t, "write", (int, const void*, size_t))
-    const char* name = descriptorName(fd);
-    if (name && fails("write", name, ""))
-        return -1;
-    return real(fd, buffer, size);
+    return failsOn("write", DESCRIPTOR(fd)) ? -1 : real(fd, buffer, size);
 }
 
 int close(int fd)
 {
     REAL(int, "close", (int))
-    const char* name = descriptorName(fd);
-    const int failed = name && fails("close", name, "");
-    forgetDescriptor(fd);
-    const int result = real(fd);
-    if (failed)
-        errno = failError;
-    return failed ? -1 : result;
+    const int failed = failsOn("close", DESCRIPTOR(fd));
+    forget(DESCRIPTOR(fd));
+    return closed(failed, real(fd), -1);
 }

@@ -43,14 +43,14 @@ int main(int argc, char** argv)
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral("A small host for viewer plug-ins."));
     parser.addHelpOption();
-    const QString binDir = QCoreApplication::applicationDirPath();
     QCommandLineOption plugin(
         QStringLiteral("plugin"), QStringLiteral("Viewer plug-in library to load."),
-        QStringLiteral("PATH"), binDir + QStringLiteral("/../lib/libkavendi.so"));
+        QStringLiteral("PATH"),
+        KvdToolkitSetup::libraryDirectory() + QStringLiteral("/libkavendi.so"));
     QCommandLineOption project(QStringLiteral("project"),
                                QStringLiteral("Open a project directory."), QStringLiteral("DIR"));
     QCommandLineOption data(QStringLiteral("data"), QStringLiteral("Host data directory."),
-                            QStringLiteral("DIR"), binDir + QStringLiteral("/../share/kavendi"));
+                            QStringLiteral("DIR"), KvdToolkitSetup::dataDirectory());
     QCommandLineOption open(QStringLiteral("open"), QStringLiteral("Open a viewer at start."));
     QCommandLineOption screenshot(QStringLiteral("screenshot"),
                                   QStringLiteral("Save the main window after start-up and exit."),

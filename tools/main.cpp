@@ -15,7 +15,8 @@ void usage(std::FILE* out)
                       "Commands:\n");
     for (const KvdCommand& command : kvdCommands())
         std::fprintf(out, "  %-8s %s\n", command.name, command.summary);
-    std::fprintf(out, "\nkvd COMMAND --help describes a command.\n");
+    std::fprintf(out, "\nkvd COMMAND --help describes a command; kvd --version prints the "
+                      "version.\n");
 }
 
 } // namespace
@@ -37,6 +38,10 @@ int main(int argc, char** argv)
     if (name == QLatin1String("--help") || name == QLatin1String("-h") ||
         name == QLatin1String("help")) {
         usage(stdout);
+        return 0;
+    }
+    if (name == QLatin1String("--version") || name == QLatin1String("-V")) {
+        std::printf("kvd %s\n", KVD_VERSION);
         return 0;
     }
     for (const KvdCommand& command : kvdCommands())

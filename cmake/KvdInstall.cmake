@@ -1,0 +1,38 @@
+# What `cmake --install` lays out: the programs, the library (viewer plug-in and measure
+# store in one), the data the programs read, and what a recording tool builds with: the C
+# header, a pkg-config file and a CMake package that gives Kavendi::kavendi.
+include(CMakePackageConfigHelpers)
+
+# The host SDK stand-in is the plug-in's business only: it stays out of the linker's
+# search path, in a directory of its own that the programs and the library name.
+set(KVD_PRIVATE_LIBDIR ${CMAKE_INSTALL_LIBDIR}/kavendi)
+set_target_properties(kvd kavendi-studio PROPERTIES
+    INSTALL_RPATH "$ORIGIN/${KVD_LIBDIR_FROM_BINDIR};$ORIGIN/${KVD_LIBDIR_FROM_BINDIR}/kavendi")
+set_target_properties(kavendi PROPERTIES INSTALL_RPATH "$ORIGIN/kavendi")
+
+install(TARGETS kvd kavendi-studio RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+install(TARGETS kavendi LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
+install(TARGETS sdk LIBRARY DESTINATION ${KVD_PRIVATE_LIBDIR} NAMELINK_SKIP)
+install(FILES store/kvdstore.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/kavendi)
+install(FILES studio/data/KVD_built_in.cfg DESTINATION ${CMAKE_INSTALL_DATADIR}/kavendi)
+# The catalogues the build makes, when it makes any.
+install(DIRECTORY ${CMAKE_BINARY_DIR}/translations/ OPTIONAL
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/kavendi/translations FILES_MATCHING PATTERN "*.qm")
+
+# pkg-config: paths from the file's own place, so that any prefix works, the one the
+# package installs to as well as a tree unpacked elsewhere.
+file(RELATIVE_PATH KVD_PC_TO_PREFIX ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
+string(REGEX REPLACE "/$" "" KVD_PC_TO_PREFIX "${KVD_PC_TO_PREFIX}")
+configure_file(cmake/kavendi.pc.in ${CMAKE_BINARY_DIR}/kavendi.pc @ONLY)
+install(FILES ${CMAKE_BINARY_DIR}/kavendi.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+
+set(KVD_CMAKEDIR ${CMAKE_INSTALL_LIBDIR}/cmake/Kavendi)
+set(KVD_INCLUDEDIR ${CMAKE_INSTALL_INCLUDEDIR}/kavendi)
+configure_package_config_file(cmake/KavendiConfig.cmake.in
+    ${CMAKE_BINARY_DIR}/KavendiConfig.cmake
+    INSTALL_DESTINATION ${KVD_CMAKEDIR}
+    PATH_VARS CMAKE_INSTALL_LIBDIR KVD_INCLUDEDIR)
+write_basic_package_version_file(${CMAKE_BINARY_DIR}/KavendiConfigVersion.cmake
+    COMPATIBILITY SameMajorVersion)
+install(FILES ${CMAKE_BINARY_DIR}/KavendiConfig.cmake ${CMAKE_BINARY_DIR}/KavendiConfigVersion.cmake
+        DESTINATION ${KVD_CMAKEDIR})

@@ -18,6 +18,27 @@ install(FILES studio/data/KVD_built_in.cfg DESTINATION ${CMAKE_INSTALL_DATADIR}/
 # The catalogues the build makes, when it makes any.
 install(DIRECTORY ${CMAKE_BINARY_DIR}/translations/ OPTIONAL
         DESTINATION ${CMAKE_INSTALL_DATADIR}/kavendi/translations FILES_MATCHING PATTERN "*.qm")
+install(FILES studio/data/kavendi-studio.desktop DESTINATION ${CMAKE_INSTALL_DATADIR}/applications)
+install(FILES studio/data/kavendi-studio.svg
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/icons/hicolor/scalable/apps)
+
+# The manual page of kvd, made from its own help; not in sanitizer builds, whose kvd may
+# report at exit, and which are never installed.
+find_program(KVD_HELP2MAN help2man)
+if(KVD_HELP2MAN AND NOT KVD_SANITIZE)
+    set(kvd_man ${CMAKE_BINARY_DIR}/man/kvd.1)
+    add_custom_command(
+        OUTPUT ${kvd_man}
+        COMMAND ${CMAKE_COMMAND} -E make_directory ${CMAKE_BINARY_DIR}/man
+        COMMAND ${CMAKE_COMMAND} -DKVD=$<TARGET_FILE:kvd> -DHELP2MAN=${KVD_HELP2MAN}
+                -DOUTPUT=${kvd_man} -P ${PROJECT_SOURCE_DIR}/cmake/KvdManPage.cmake
+        DEPENDS kvd ${PROJECT_SOURCE_DIR}/cmake/KvdManPage.cmake
+        COMMENT "Writing the manual page of kvd")
+    add_custom_target(kvd_man ALL DEPENDS ${kvd_man})
+    install(FILES ${kvd_man} DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
+elseif(NOT KVD_HELP2MAN)
+    message(WARNING "help2man not found: no manual page for kvd (Debian package help2man)")
+endif()
 
 # pkg-config: paths from the file's own place, so that any prefix works, the one the
 # package installs to as well as a tree unpacked elsewhere.

@@ -1,6 +1,7 @@
-# What `cmake --install` lays out: the programs, the library (viewer plug-in and measure
-# store in one), the data the programs read, and what a recording tool builds with: the C
-# header, a pkg-config file and a CMake package that gives Kavendi::kavendi.
+# What `cmake --install` lays out and what `cpack -G DEB` packs: the programs, the
+# library (viewer plug-in and measure store in one), the data the programs read, and what
+# a recording tool builds with: the C header, a pkg-config file and a CMake package that
+# gives Kavendi::kavendi.
 include(CMakePackageConfigHelpers)
 
 # The host SDK stand-in is the plug-in's business only: it stays out of the linker's
@@ -57,3 +58,24 @@ write_basic_package_version_file(${CMAKE_BINARY_DIR}/KavendiConfigVersion.cmake
     COMPATIBILITY SameMajorVersion)
 install(FILES ${CMAKE_BINARY_DIR}/KavendiConfig.cmake ${CMAKE_BINARY_DIR}/KavendiConfigVersion.cmake
         DESTINATION ${KVD_CMAKEDIR})
+
+# The Debian package: installs under /usr; the dependencies come from the libraries the
+# binaries link.
+set(CPACK_GENERATOR DEB)
+set(CPACK_PACKAGE_NAME kavendi)
+set(CPACK_PACKAGE_VENDOR "Orvane Quillon")
+set(CPACK_PACKAGE_CONTACT "Kavendi team <kavendi@localhost>")
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "Chart viewer of measure repositories, with its measure store")
+string(CONCAT CPACK_PACKAGE_DESCRIPTION
+    "Kavendi draws the measures recording tools store in a repository as dated curves.\n"
+    "The package holds the viewer plug-in and measure store library, the kvd command-line\n"
+    "tool, the kavendi-studio host, and the C header, pkg-config file and CMake package\n"
+    "with which a recording tool builds.")
+set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+set(CPACK_DEBIAN_PACKAGE_SECTION devel)
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+# The host's window system plug-ins: the toolkit loads them, nothing links them.
+set(CPACK_DEBIAN_PACKAGE_DEPENDS qt6-qpa-plugins)
+set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
+set(CPACK_STRIP_FILES ON)
+include(CPack)

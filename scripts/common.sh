@@ -3,7 +3,7 @@
 
 KVD_PACKAGES=(cmake ninja-build g++ pkg-config
     qt6-base-dev qt6-tools-dev qt6-tools-dev-tools qt6-l10n-tools qt6-svg-dev libgl-dev
-    libbenchmark-dev clang xvfb xauth help2man)
+    libbenchmark-dev clang xvfb xauth help2man dpkg-dev)
 
 kvd_install_missing() {
     local missing=() pkg

@@ -23,15 +23,17 @@ install(FILES studio/data/kavendi-studio.desktop DESTINATION ${CMAKE_INSTALL_DAT
 install(FILES studio/data/kavendi-studio.svg
         DESTINATION ${CMAKE_INSTALL_DATADIR}/icons/hicolor/scalable/apps)
 
-# The manual page of kvd, made from its own help; not in sanitizer builds, whose kvd may
-# report at exit, and which are never installed.
+# The manual page of kvd, made from its own help; not in sanitizer or fuzzing builds,
+# whose kvd may report at exit, and which are never installed.
 find_program(KVD_HELP2MAN help2man)
-if(KVD_HELP2MAN AND NOT KVD_SANITIZE)
+if(KVD_HELP2MAN AND NOT KVD_SANITIZE AND NOT KVD_FUZZ)
     set(kvd_man ${CMAKE_BINARY_DIR}/man/kvd.1)
     add_custom_command(
         OUTPUT ${kvd_man}
         COMMAND ${CMAKE_COMMAND} -E make_directory ${CMAKE_BINARY_DIR}/man
-        COMMAND ${CMAKE_COMMAND} -DKVD=$<TARGET_FILE:kvd> -DHELP2MAN=${KVD_HELP2MAN}
+        # In English, whatever language the build runs in: kvd speaks the user's.
+        COMMAND ${CMAKE_COMMAND} -E env --unset=LANGUAGE LC_ALL=C.UTF-8 LANG=C.UTF-8
+                ${CMAKE_COMMAND} -DKVD=$<TARGET_FILE:kvd> -DHELP2MAN=${KVD_HELP2MAN}
                 -DOUTPUT=${kvd_man} -P ${PROJECT_SOURCE_DIR}/cmake/KvdManPage.cmake
         DEPENDS kvd ${PROJECT_SOURCE_DIR}/cmake/KvdManPage.cmake
         COMMENT "Writing the manual page of kvd")

@@ -24,4 +24,11 @@ function(kvd_setup target)
                                                  -fno-sanitize-recover=undefined)
         target_link_options(${target} PRIVATE -fsanitize=address,undefined)
     endif()
+    # A fuzzing build instruments every target, so that fuzzers linking the libraries are
+    # guided by the code they reach there too.
+    if(KVD_FUZZ)
+        target_compile_options(${target} PRIVATE -fsanitize=fuzzer-no-link,address
+                                                 -fno-omit-frame-pointer)
+        target_link_options(${target} PRIVATE -fsanitize=address)
+    endif()
 endfunction()

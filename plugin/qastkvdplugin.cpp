@@ -1,5 +1,6 @@
 #include "qastkvdplugin.h"
 #include "qakvd.h"
+#include "qatranslation.h"
 #include "qucmverification.h"
 #include "studiointerface.h"
 
@@ -7,7 +8,13 @@
 
 StudioInterface* QAStKvdPlugin::studioIFace = nullptr;
 
-QAStKvdPlugin::QAStKvdPlugin() = default;
+QAStKvdPlugin::QAStKvdPlugin()
+{
+    // A host that has put our catalogue in already answers its language here; any other
+    // host gets the catalogue of the user's language now, before the first text is asked.
+    if (tr("en", "Language code of this catalogue") == QLatin1String("en"))
+        QATranslation::install(QStringLiteral("kavendi"), QStringLiteral(":/i18n"));
+}
 
 QString QAStKvdPlugin::name() const
 {
@@ -55,7 +62,8 @@ QAStViewerWindow* QAStKvdPlugin::create(QStringList& files, QWidget* parent, con
     return create(files, true, parent, name);
 }
 
-QAStViewerWindow* QAStKvdPlugin::create(QStringList&, bool activate, QWidget* parent, const char* name)
+QAStViewerWindow* QAStKvdPlugin::create(QStringList&, bool activate, QWidget* parent,
+                                        const char* name)
 {
     return new QAKVD(parent, name, WDestructiveClose, activate);
 }

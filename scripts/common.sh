@@ -2,7 +2,7 @@
 # (only those missing) and builds into a directory.
 
 KVD_PACKAGES=(cmake ninja-build g++ pkg-config
-    qt6-base-dev qt6-tools-dev qt6-tools-dev-tools qt6-l10n-tools qt6-svg-dev libgl-dev
+    qt6-base-dev qt6-tools-dev qt6-tools-dev-tools qt6-l10n-tools qt6-translations-l10n qt6-svg-dev libgl-dev
     libbenchmark-dev clang xvfb xauth help2man dpkg-dev)
 
 # What the full test pass adds: LibreOffice Calc with its French language pack, which

@@ -5,7 +5,9 @@
 #include "qaresrgb.h"
 #include "qaresstring.h"
 
+#include <QCoreApplication>
 #include <QFile>
+#include <QFileInfo>
 #include <QXmlStreamReader>
 
 #include <cstdio>
@@ -16,24 +18,57 @@ QARes::QARes(Kind kind, const QString& name) : m_kind(kind), m_name(name) {}
 
 QARes::~QARes() = default;
 
-QAResGroup* QARes::toResGroup() { return m_kind == Group ? static_cast<QAResGroup*>(this) : nullptr; }
-QAResString* QARes::toResString() { return m_kind == String ? static_cast<QAResString*>(this) : nullptr; }
-QAResInt* QARes::toResInt() { return m_kind == Int ? static_cast<QAResInt*>(this) : nullptr; }
-QAResRGB* QARes::toResRGB() { return m_kind == RGB ? static_cast<QAResRGB*>(this) : nullptr; }
-QAResBoolean* QARes::toResBoolean() { return m_kind == Boolean ? static_cast<QAResBoolean*>(this) : nullptr; }
+QAResGroup* QARes::toResGroup()
+{
+    return m_kind == Group ? static_cast<QAResGroup*>(this) : nullptr;
+}
+QAResString* QARes::toResString()
+{
+    return m_kind == String ? static_cast<QAResString*>(this) : nullptr;
+}
+QAResInt* QARes::toResInt()
+{
+    return m_kind == Int ? static_cast<QAResInt*>(this) : nullptr;
+}
+QAResRGB* QARes::toResRGB()
+{
+    return m_kind == RGB ? static_cast<QAResRGB*>(this) : nullptr;
+}
+QAResBoolean* QARes::toResBoolean()
+{
+    return m_kind == Boolean ? static_cast<QAResBoolean*>(this) : nullptr;
+}
 
 QARes* QARes::read(const QString& path, bool verbose)
 {
+    // Opening a FIFO would wait for a writer that may never come, and a device may never
+    // end: only regular files (through links) are read.
+    const QFileInfo info(path);
+    if (info.exists() && !info.isFile()) {
+        if (verbose)
+            std::fprintf(
+                stderr, "%s\n",
+                qPrintable(
+                    QCoreApplication::translate("QARes", "%1: not a regular file").arg(path)));
+        return nullptr;
+    }
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly)) {
         if (verbose)
-            std::fprintf(stderr, "%s: %s\n", qPrintable(path), qPrintable(file.errorString()));
+            std::fprintf(stderr, "%s\n",
+                         qPrintable(QCoreApplication::translate("QARes", "%1: %2", "file, error")
+                                        .arg(path, file.errorString())));
         return nullptr;
     }
     return parse(file.readAll(), verbose);
 }
 
 namespace {
+
+// Deeper documents are refused: nothing written by this system nests beyond a few
+// levels, and a tree is freed and written recursively, so an endless nesting would
+// exhaust the stack.
+constexpr size_t MaxDepth = 20000;
 
 struct Frame
 {
@@ -61,7 +96,7 @@ QARes* readNode(QXmlStreamReader& xml, QString* why)
 {
     const QXmlStreamAttributes attributes = xml.attributes();
     if (!attributes.hasAttribute(QStringLiteral("name"))) {
-        *why = QStringLiteral("element without a name");
+        *why = QCoreApplication::translate("QARes", "element without a name");
         return nullptr;
     }
     const QString name = attributes.value(QStringLiteral("name")).toString();
@@ -72,14 +107,15 @@ QARes* readNode(QXmlStreamReader& xml, QString* why)
         int red = 0, green = 0, blue = 0;
         if (!parseComponent(attributes, "r", &red) || !parseComponent(attributes, "g", &green) ||
             !parseComponent(attributes, "b", &blue)) {
-            *why = QStringLiteral("colour without three components from 0 to 255");
+            *why = QCoreApplication::translate("QARes",
+                                               "colour without three components from 0 to 255");
             return nullptr;
         }
         xml.readElementText(QXmlStreamReader::ErrorOnUnexpectedElement);
         return xml.hasError() ? nullptr : new QAResRGB(name, red, green, blue);
     }
     if (tag != u"string" && tag != u"int" && tag != u"bool") {
-        *why = QStringLiteral("unknown element ") + tag.toString();
+        *why = QCoreApplication::translate("QARes", "unknown element %1").arg(tag);
         return nullptr;
     }
     const QString text = xml.readElementText(QXmlStreamReader::ErrorOnUnexpectedElement);
@@ -90,14 +126,14 @@ QARes* readNode(QXmlStreamReader& xml, QString* why)
     if (tag == u"int") {
         int value = 0;
         if (!parseInt(text, &value)) {
-            *why = QStringLiteral("integer expected");
+            *why = QCoreApplication::translate("QARes", "integer expected");
             return nullptr;
         }
         return new QAResInt(name, value);
     }
     const QString flag = text.trimmed();
     if (flag != u"true" && flag != u"false") {
-        *why = QStringLiteral("true or false expected");
+        *why = QCoreApplication::translate("QARes", "true or false expected");
         return nullptr;
     }
     return new QAResBoolean(name, flag == u"true");
@@ -135,8 +171,15 @@ QARes* QARes::parse(const QByteArray& document, bool verbose)
                     frame.group->addChild(node);
                 frame.last = node;
             }
-            if (QAResGroup* group = node->toResGroup())
+            if (QAResGroup* group = node->toResGroup()) {
+                if (stack.size() >= MaxDepth) {
+                    why = QCoreApplication::translate("QARes", "groups nested deeper than %1")
+                              .arg(MaxDepth);
+                    failed = true;
+                    break;
+                }
                 stack.push_back({group, nullptr});
+            }
             break;
         }
         case QXmlStreamReader::EndElement:
@@ -145,13 +188,14 @@ QARes* QARes::parse(const QByteArray& document, bool verbose)
             break;
         case QXmlStreamReader::Characters:
             if (!xml.isWhitespace()) {
-                why = QStringLiteral("text outside a value");
+                why = QCoreApplication::translate("QARes", "text outside a value");
                 failed = true;
             }
             break;
         case QXmlStreamReader::DTD:
         case QXmlStreamReader::EntityReference:
-            why = QStringLiteral("document type declarations are not allowed");
+            why =
+                QCoreApplication::translate("QARes", "document type declarations are not allowed");
             failed = true;
             break;
         default:
@@ -163,11 +207,14 @@ QARes* QARes::parse(const QByteArray& document, bool verbose)
         failed = true;
     }
     if (!failed && !root)
-        why = QStringLiteral("empty document");
+        why = QCoreApplication::translate("QARes", "empty document");
     if (failed || !root) {
         if (verbose)
-            std::fprintf(stderr, "resource file: %s (line %lld)\n", qPrintable(why),
-                         static_cast<long long>(xml.lineNumber()));
+            std::fprintf(
+                stderr, "%s\n",
+                qPrintable(QCoreApplication::translate("QARes", "resource file: %1 (line %2)")
+                               .arg(why)
+                               .arg(xml.lineNumber())));
         return nullptr;
     }
     return root.release();

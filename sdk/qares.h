@@ -36,8 +36,9 @@ public:
     QAResBoolean* toResBoolean();
 
     // Parses a resource file and answers its root, owned by the caller; null for a
-    // missing or unreadable file, one that is not well formed, or one holding an unknown
-    // element or value. verbose reports the reason on standard error.
+    // missing or unreadable file, one that is not a regular file, not well formed, or
+    // nested deeper than 20000 groups, or one holding an unknown element or value. verbose
+    // reports the reason on standard error.
     static QARes* read(const QString& path, bool verbose);
     // The same on text already in memory.
     static QARes* parse(const QByteArray& document, bool verbose = false);

@@ -1,4 +1,5 @@
 #include "kvdtoolkitsetup.h"
+#include "qatranslation.h"
 #include "studiowindow.h"
 
 #include <QApplication>
@@ -39,22 +40,35 @@ int main(int argc, char** argv)
     KvdToolkitSetup::prepare();
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("kavendi-studio"));
+    // Before the first text: the plug-in finds its catalogue installed and keeps to it.
+    QATranslation::install(QStringLiteral("kavendi"), QStringLiteral(":/i18n"));
 
     QCommandLineParser parser;
-    parser.setApplicationDescription(QStringLiteral("A small host for viewer plug-ins."));
+    parser.setApplicationDescription(
+        QCoreApplication::translate("kavendi-studio", "A small host for viewer plug-ins."));
     parser.addHelpOption();
     QCommandLineOption plugin(
-        QStringLiteral("plugin"), QStringLiteral("Viewer plug-in library to load."),
-        QStringLiteral("PATH"),
+        QStringLiteral("plugin"),
+        QCoreApplication::translate("kavendi-studio", "Viewer plug-in library to load."),
+        QCoreApplication::translate("kavendi-studio", "PATH", "value of an option"),
         KvdToolkitSetup::libraryDirectory() + QStringLiteral("/libkavendi.so"));
-    QCommandLineOption project(QStringLiteral("project"),
-                               QStringLiteral("Open a project directory."), QStringLiteral("DIR"));
-    QCommandLineOption data(QStringLiteral("data"), QStringLiteral("Host data directory."),
-                            QStringLiteral("DIR"), KvdToolkitSetup::dataDirectory());
-    QCommandLineOption open(QStringLiteral("open"), QStringLiteral("Open a viewer at start."));
-    QCommandLineOption screenshot(QStringLiteral("screenshot"),
-                                  QStringLiteral("Save the main window after start-up and exit."),
-                                  QStringLiteral("FILE"));
+    QCommandLineOption project(
+        QStringLiteral("project"),
+        QCoreApplication::translate("kavendi-studio", "Open a project directory."),
+        QCoreApplication::translate("kavendi-studio", "DIR", "value of an option"));
+    QCommandLineOption data(
+        QStringLiteral("data"),
+        QCoreApplication::translate("kavendi-studio", "Host data directory."),
+        QCoreApplication::translate("kavendi-studio", "DIR", "value of an option"),
+        KvdToolkitSetup::dataDirectory());
+    QCommandLineOption open(
+        QStringLiteral("open"),
+        QCoreApplication::translate("kavendi-studio", "Open a viewer at start."));
+    QCommandLineOption screenshot(
+        QStringLiteral("screenshot"),
+        QCoreApplication::translate("kavendi-studio",
+                                    "Save the main window after start-up and exit."),
+        QCoreApplication::translate("kavendi-studio", "FILE", "value of an option"));
     parser.addOptions({plugin, project, data, open, screenshot});
     parser.process(app);
 
@@ -71,8 +85,10 @@ int main(int argc, char** argv)
         const QString file = parser.value(screenshot);
         QTimer::singleShot(1500, &window, [&window, file] {
             const bool saved = window.grab().save(file);
-            std::fprintf(saved ? stdout : stderr, "%s %s\n", saved ? "screenshot" : "cannot write",
-                         qPrintable(file));
+            const QString said =
+                saved ? QCoreApplication::translate("kavendi-studio", "screenshot %1").arg(file)
+                      : QCoreApplication::translate("kavendi-studio", "cannot write %1").arg(file);
+            std::fprintf(saved ? stdout : stderr, "%s\n", qPrintable(said));
             QCoreApplication::exit(saved ? 0 : 1);
         });
     }

@@ -1,6 +1,7 @@
 #ifndef STUDIOPLUGINLOADER_H
 #define STUDIOPLUGINLOADER_H
 
+#include <QCoreApplication>
 #include <QString>
 
 class QAStViewerPlugin;
@@ -10,6 +11,8 @@ class QAStViewerPlugin;
 // host's own toolkit.
 class StudioPluginLoader
 {
+    Q_DECLARE_TR_FUNCTIONS(StudioPluginLoader)
+
 public:
     // The plug-in object, owned by the library, or null with the reason in *error.
     static QAStViewerPlugin* load(const QString& path, QString* error);

@@ -6,46 +6,56 @@
 
 #include <sys/stat.h>
 
-namespace KvdCli {
+namespace {
 
-int parse(QCommandLineParser& parser, const char* command, const QStringList& args,
-          const char* usage)
+QString prefixed(const char* command, const QString& message)
+{
+    return KvdCli::tr("kvd %1: %2", "subcommand, message").arg(QLatin1String(command), message);
+}
+
+} // namespace
+
+int KvdCli::parse(QCommandLineParser& parser, const char* command, const QStringList& args,
+                  const QString& usage)
 {
     const QCommandLineOption help(QStringList{QStringLiteral("h"), QStringLiteral("help")});
     parser.addOption(help);
     if (!parser.parse(QStringList(QStringLiteral("kvd ") + QLatin1String(command)) + args)) {
-        std::fprintf(stderr, "kvd %s: %s\n\n%s", command, qPrintable(parser.errorText()), usage);
+        std::fprintf(stderr, "%s\n\n%s", qPrintable(prefixed(command, parser.errorText())),
+                     qPrintable(usage));
         return 2;
     }
     if (parser.isSet(help)) {
-        std::fputs(usage, stdout);
+        std::fputs(qPrintable(usage), stdout);
         return 0;
     }
     return -1;
 }
 
-int fail(const char* command, const QString& message, int status)
+int KvdCli::fail(const char* command, const QString& message, int status)
 {
     QString text = message;
     while (text.endsWith(QLatin1Char('\n')))
         text.chop(1);
-    std::fprintf(stderr, "kvd %s: %s\n", command, qPrintable(text));
+    std::fprintf(stderr, "%s\n", qPrintable(prefixed(command, text)));
     return status;
 }
 
-QString notRegularFile(const QString& path)
+QString KvdCli::notRegularFile(const QString& path)
 {
     struct stat info;
     if (stat(QFile::encodeName(path).constData(), &info) != 0 || S_ISREG(info.st_mode))
         return QString();
-    const char* kind = S_ISDIR(info.st_mode)    ? "a directory"
-                       : S_ISFIFO(info.st_mode) ? "a pipe"
-                       : S_ISSOCK(info.st_mode) ? "a socket"
-                                                : "a device";
-    return QStringLiteral("%1 is %2, not a regular file").arg(path, QLatin1String(kind));
+    if (S_ISDIR(info.st_mode))
+        return tr("%1 is a directory, not a regular file").arg(path);
+    if (S_ISFIFO(info.st_mode))
+        return tr("%1 is a pipe, not a regular file").arg(path);
+    if (S_ISSOCK(info.st_mode))
+        return tr("%1 is a socket, not a regular file").arg(path);
+    return tr("%1 is a device, not a regular file").arg(path);
 }
 
-bool toWord(const QString& text, quint32* word)
+bool KvdCli::toWord(const QString& text, quint32* word)
 {
     const bool hex = text.startsWith(QLatin1String("0x"), Qt::CaseInsensitive);
     const QString digits = hex ? text.mid(2) : text;
@@ -61,7 +71,7 @@ bool toWord(const QString& text, quint32* word)
     return ok;
 }
 
-bool toCount(const QString& text, int low, int high, int* count)
+bool KvdCli::toCount(const QString& text, int low, int high, int* count)
 {
     bool ok = false;
     const int value = text.toInt(&ok, 10);
@@ -70,5 +80,3 @@ bool toCount(const QString& text, int low, int high, int* count)
     *count = value;
     return true;
 }
-
-} // namespace KvdCli

@@ -8,7 +8,7 @@
 struct KvdCommand
 {
     const char* name;
-    const char* summary;
+    const char* summary; // untranslated; kvd --help translates it
     int (*run)(const QStringList& args);
 };
 

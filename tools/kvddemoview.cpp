@@ -1,4 +1,5 @@
 #include "kvddemoview.h"
+#include "kvdcli.h"
 #include "kvdcurve.h"
 #include "kvdheadlesshost.h"
 #include "kvdsamplewriter.h"
@@ -85,7 +86,7 @@ bool KVDDemoView::write(const QString& root, const QStringList& users, int days,
             KVDCurve* curve = view.selectMeasure(pick.field, users[pick.user]);
             if (!curve) {
                 ok = false;
-                *error = QStringLiteral("the demo curve %1 of %2 has no records")
+                *error = KvdCli::tr("the demo curve %1 of %2 has no records")
                              .arg(QString::fromLatin1(pick.measure), users[pick.user]);
                 break;
             }
@@ -105,6 +106,6 @@ bool KVDDemoView::write(const QString& root, const QStringList& users, int days,
     }
     KVDShell::install(before);
     if (!ok && error->isEmpty())
-        *error = QStringLiteral("%1 cannot be loaded").arg(root);
+        *error = KvdCli::tr("%1 cannot be loaded").arg(root);
     return ok;
 }

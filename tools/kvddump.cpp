@@ -8,7 +8,8 @@
 
 namespace {
 
-const char Usage[] =
+const char Usage[] = QT_TRANSLATE_NOOP(
+    "kvd",
     "Usage: kvd dump [--fields N] FILE\n"
     "\n"
     "Lists a measure data file (.kvd), one line a record:\n"
@@ -19,7 +20,7 @@ const char Usage[] =
     "listed as INDEX KEY OFFSET, one line an entry. A FILE that is not a regular file (a\n"
     "pipe, a device, a directory) is refused unread.\n"
     "\n"
-    "  --fields N   the number of fields, 0 to 9999\n";
+    "  --fields N   the number of fields, 0 to 9999\n");
 
 // ISO 8601 in UTC of 32-bit seconds since 1970.
 void formatDate(quint32 date, char* out, size_t size)
@@ -34,7 +35,7 @@ int dumpIndex(const QString& path)
 {
     std::FILE* file = std::fopen(QFile::encodeName(path).constData(), "rb");
     if (!file)
-        return KvdCli::fail("dump", QStringLiteral("Can't open file: %1").arg(path));
+        return KvdCli::fail("dump", KvdCli::tr("Can't open file: %1").arg(path));
     quint32 entry[2];
     qint64 index = 0;
     size_t words;
@@ -43,9 +44,9 @@ int dumpIndex(const QString& path)
     const bool broken = std::ferror(file);
     std::fclose(file);
     if (broken)
-        return KvdCli::fail("dump", QStringLiteral("Can't read file: %1").arg(path));
+        return KvdCli::fail("dump", KvdCli::tr("Can't read file: %1").arg(path));
     if (words)
-        KvdCli::fail("dump", QStringLiteral("a partial entry at the end was ignored"));
+        KvdCli::fail("dump", KvdCli::tr("a partial entry at the end was ignored"));
     return 0;
 }
 
@@ -56,12 +57,11 @@ int kvdDump(const QStringList& args)
     QCommandLineParser parser;
     const QCommandLineOption fields(QStringLiteral("fields"), QString(), QStringLiteral("N"));
     parser.addOption(fields);
-    if (const int status = KvdCli::parse(parser, "dump", args, Usage); status >= 0)
+    if (const int status = KvdCli::parse(parser, "dump", args, KvdCli::tr(Usage)); status >= 0)
         return status;
     const QStringList words = parser.positionalArguments();
     if (words.size() != 1)
-        return KvdCli::fail("dump", QStringLiteral("expects one FILE, got %1").arg(words.size()),
-                            2);
+        return KvdCli::fail("dump", KvdCli::tr("expects one FILE, got %1").arg(words.size()), 2);
     const QString path = words[0];
     if (const QString refused = KvdCli::notRegularFile(path); !refused.isEmpty())
         return KvdCli::fail("dump", refused);
@@ -73,12 +73,12 @@ int kvdDump(const QStringList& args)
     if (parser.isSet(fields)) {
         if (!KvdCli::toCount(parser.value(fields), 0, KVDMeasureFile::MaxFields, &count))
             return KvdCli::fail(
-                "dump",
-                QStringLiteral("--fields takes 0 to 9999, not %1").arg(parser.value(fields)), 2);
+                "dump", KvdCli::tr("--fields takes 0 to 9999, not %1").arg(parser.value(fields)),
+                2);
     } else if (!name.numeric) {
         return KvdCli::fail("dump",
-                            QStringLiteral("the number of fields is not in the name %1; "
-                                           "give it with --fields")
+                            KvdCli::tr("the number of fields is not in the name %1; "
+                                       "give it with --fields")
                                 .arg(path),
                             2);
     }
@@ -100,8 +100,7 @@ int kvdDump(const QStringList& args)
     }
     const qint64 rest = file.size() - file.recordCount() * 4 * KVDMeasureFile::recordWords(count);
     if (rest > 0)
-        KvdCli::fail(
-            "dump",
-            QStringLiteral("%1 bytes of a partial record at the end were ignored").arg(rest));
+        KvdCli::fail("dump",
+                     KvdCli::tr("%1 bytes of a partial record at the end were ignored").arg(rest));
     return 0;
 }

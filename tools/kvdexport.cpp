@@ -7,7 +7,8 @@
 
 namespace {
 
-const char Usage[] =
+const char Usage[] = QT_TRANSLATE_NOOP(
+    "kvd",
     "Usage: kvd export --root R [--view] [--curve KEY:USER:FIELD]... [--from T] [--to T]\n"
     "                  [--builtin FILE] -o OUT.csv\n"
     "\n"
@@ -17,9 +18,9 @@ const char Usage[] =
     "Exit status: 0 when OUT.csv was written; 1 when no file was written, because no curve\n"
     "was selected (the viewer exports nothing from an empty chart either; kvd says so),\n"
     "something named cannot be shown or OUT.csv cannot be written; 2 for bad arguments.\n"
-    "\n";
+    "\n");
 
-const char OutputHelp[] = "  -o OUT.csv             the file to write\n";
+const char OutputHelp[] = QT_TRANSLATE_NOOP("kvd", "  -o OUT.csv             the file to write\n");
 
 } // namespace
 
@@ -30,16 +31,15 @@ int kvdExport(const QStringList& args)
     selection.addOptions(parser);
     const QCommandLineOption output(QStringLiteral("o"), QString(), QStringLiteral("OUT.csv"));
     parser.addOption(output);
-    const QByteArray usage = QByteArray(Usage) + KVDSelection::optionsHelp() + OutputHelp;
-    if (const int status = KvdCli::parse(parser, "export", args, usage.constData()); status >= 0)
+    const QString usage = KvdCli::tr(Usage) + KVDSelection::optionsHelp() + KvdCli::tr(OutputHelp);
+    if (const int status = KvdCli::parse(parser, "export", args, usage); status >= 0)
         return status;
     if (!parser.positionalArguments().isEmpty())
         return KvdCli::fail(
             "export",
-            QStringLiteral("unexpected argument %1").arg(parser.positionalArguments().constFirst()),
-            2);
+            KvdCli::tr("unexpected argument %1").arg(parser.positionalArguments().constFirst()), 2);
     if (!parser.isSet(output))
-        return KvdCli::fail("export", QStringLiteral("-o OUT.csv is required"), 2);
+        return KvdCli::fail("export", KvdCli::tr("-o OUT.csv is required"), 2);
     QString error;
     if (!selection.read(parser, &error))
         return KvdCli::fail("export", error, 2);
@@ -49,12 +49,12 @@ int kvdExport(const QStringList& args)
         return KvdCli::fail("export", error);
     // The viewer exports nothing from an empty chart either.
     if (view.curves.isEmpty())
-        return KvdCli::fail("export", QStringLiteral("no curve to export; nothing written"));
+        return KvdCli::fail("export", KvdCli::tr("no curve to export; nothing written"));
 
     const QString path = parser.value(output);
     QSaveFile file(path);
     if (!file.open(QIODevice::WriteOnly) ||
         file.write(KVDCsvExport::rows(view.curves, view.start, view.end)) < 0 || !file.commit())
-        return KvdCli::fail("export", QStringLiteral("%1: %2").arg(path, file.errorString()));
+        return KvdCli::fail("export", KvdCli::tr("%1: %2").arg(path, file.errorString()));
     return 0;
 }

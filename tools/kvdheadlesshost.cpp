@@ -17,13 +17,13 @@ KVDHeadlessHost::KVDHeadlessHost(const QString& builtin)
     // of another name is copied there.
     m_error = KvdCli::notRegularFile(builtin);
     if (m_error.isEmpty() && !QFileInfo::exists(builtin))
-        m_error = QStringLiteral("%1: no such file").arg(builtin);
+        m_error = KvdCli::tr("%1: no such file").arg(builtin);
     if (!m_error.isEmpty())
         return;
     m_copy = std::make_unique<QTemporaryDir>();
     m_directory = m_copy->path();
     if (!QFile::copy(builtin, m_directory + QLatin1String("/KVD_built_in.cfg")))
-        m_error = QStringLiteral("%1: cannot be read").arg(builtin);
+        m_error = KvdCli::tr("%1: cannot be read").arg(builtin);
 }
 
 bool KVDHeadlessHost::isValid(QString* error) const

@@ -18,15 +18,16 @@
 
 namespace {
 
-const char Usage[] =
-    "Usage: kvd render --root R [--view] [--curve KEY:USER:FIELD]... [--from T] [--to T]\n"
-    "                  [--size WxH] [--builtin FILE] -o OUT\n"
-    "\n"
-    "Draws the chart the viewer would show into OUT: a PNG, SVG or PDF file, by its\n"
-    "extension. Nothing in the repository is written.\n"
-    "\n";
+const char Usage[] = QT_TRANSLATE_NOOP(
+    "kvd", "Usage: kvd render --root R [--view] [--curve KEY:USER:FIELD]... [--from T] [--to T]\n"
+           "                  [--size WxH] [--builtin FILE] -o OUT\n"
+           "\n"
+           "Draws the chart the viewer would show into OUT: a PNG, SVG or PDF file, by its\n"
+           "extension. Nothing in the repository is written.\n"
+           "\n");
 
-const char SizeHelp[] =
+const char SizeHelp[] = QT_TRANSLATE_NOOP(
+    "kvd",
     "  --size WxH             the picture size in pixels (default 1280x800, at least\n"
     "                         400x200); SVG and PDF count 96 pixels an inch as PNG does,\n"
     "                         so text takes the same share of every picture (a PDF page\n"
@@ -36,7 +37,7 @@ const char SizeHelp[] =
     "The chart draws no curve point at or right of x = 4000, where the window system's\n"
     "coordinates stop being safe. The plot ends 250 pixels short of the right edge, so from\n"
     "a width of 4250 on it reaches that limit and curves stop short of its right end (kvd\n"
-    "says so on standard error).\n";
+    "says so on standard error).\n");
 
 constexpr int MaxSide = 16384;
 // The chart draws no curve point whose device x is at or past DrawingLimit, and its plot
@@ -117,30 +118,29 @@ int kvdRender(const QStringList& args)
     const QCommandLineOption sizeOption(QStringLiteral("size"), QString(), QStringLiteral("WxH"));
     const QCommandLineOption output(QStringLiteral("o"), QString(), QStringLiteral("OUT"));
     parser.addOptions({sizeOption, output});
-    const QByteArray usage = QByteArray(Usage) + KVDSelection::optionsHelp() + SizeHelp;
-    if (const int status = KvdCli::parse(parser, "render", args, usage.constData()); status >= 0)
+    const QString usage = KvdCli::tr(Usage) + KVDSelection::optionsHelp() + KvdCli::tr(SizeHelp);
+    if (const int status = KvdCli::parse(parser, "render", args, usage); status >= 0)
         return status;
     if (!parser.positionalArguments().isEmpty())
         return KvdCli::fail(
             "render",
-            QStringLiteral("unexpected argument %1").arg(parser.positionalArguments().constFirst()),
-            2);
+            KvdCli::tr("unexpected argument %1").arg(parser.positionalArguments().constFirst()), 2);
 
     QSize size(1280, 800);
     if (parser.isSet(sizeOption) && !parseSize(parser.value(sizeOption), &size))
         return KvdCli::fail("render",
-                            QStringLiteral("--size takes WxH, 400x200 to %1x%1, not %2")
+                            KvdCli::tr("--size takes WxH, 400x200 to %1x%1, not %2")
                                 .arg(MaxSide)
                                 .arg(parser.value(sizeOption)),
                             2);
     if (!parser.isSet(output))
-        return KvdCli::fail("render", QStringLiteral("-o OUT is required"), 2);
+        return KvdCli::fail("render", KvdCli::tr("-o OUT is required"), 2);
     const QString path = parser.value(output);
     const QString format = QFileInfo(path).suffix().toLower();
     if (format != QLatin1String("png") && format != QLatin1String("svg") &&
         format != QLatin1String("pdf"))
-        return KvdCli::fail(
-            "render", QStringLiteral("%1: the name must end in .png, .svg or .pdf").arg(path), 2);
+        return KvdCli::fail("render",
+                            KvdCli::tr("%1: the name must end in .png, .svg or .pdf").arg(path), 2);
     QString error;
     if (!selection.read(parser, &error))
         return KvdCli::fail("render", error, 2);
@@ -149,22 +149,23 @@ int kvdRender(const QStringList& args)
     if (!selection.apply(&view, &error))
         return KvdCli::fail("render", error);
     if (view.curves.isEmpty())
-        std::fprintf(stderr, "kvd render: no curve to show; the chart is empty\n");
+        KvdCli::fail("render", KvdCli::tr("no curve to show; the chart is empty"));
     if (size.width() - RightStrip >= DrawingLimit)
-        std::fprintf(stderr,
-                     "kvd render: at a width of %d the plot reaches x = %d, the chart's drawing "
-                     "limit; curves stop there, short of the plot's right edge\n",
-                     size.width(), DrawingLimit);
+        KvdCli::fail("render", KvdCli::tr("at a width of %1 the plot reaches x = %2, the chart's "
+                                          "drawing limit; curves stop there, short of the "
+                                          "plot's right edge")
+                                   .arg(size.width())
+                                   .arg(DrawingLimit));
 
     // Written aside and moved into place at the end: a failed render leaves no file.
     QSaveFile file(path);
     if (!file.open(QIODevice::WriteOnly))
-        return KvdCli::fail("render", QStringLiteral("%1: %2").arg(path, file.errorString()));
+        return KvdCli::fail("render", KvdCli::tr("%1: %2").arg(path, file.errorString()));
     if (!paintTo(&file, format, view, size)) {
         file.cancelWriting();
-        return KvdCli::fail("render", QStringLiteral("%1: the chart could not be drawn").arg(path));
+        return KvdCli::fail("render", KvdCli::tr("%1: the chart could not be drawn").arg(path));
     }
     if (!file.commit())
-        return KvdCli::fail("render", QStringLiteral("%1: %2").arg(path, file.errorString()));
+        return KvdCli::fail("render", KvdCli::tr("%1: %2").arg(path, file.errorString()));
     return 0;
 }

@@ -9,7 +9,8 @@
 
 namespace {
 
-const char Usage[] =
+const char Usage[] = QT_TRANSLATE_NOOP(
+    "kvd",
     "Usage: kvd sample ROOT [--users N] [--days D] [--per-day R] [--seed S] [--end DATE]\n"
     "                       [--view]\n"
     "\n"
@@ -26,7 +27,7 @@ const char Usage[] =
     "  --end DATE    last day, YYYY-MM-DD (default today, UTC)\n"
     "  --view        also a saved view (KVD.cfg) to open on: curves of the first two users\n"
     "                on both value scales, three events, the last three months, and the\n"
-    "                line coverage ratio of a 2-field lines measure written for it\n";
+    "                line coverage ratio of a 2-field lines measure written for it\n");
 
 } // namespace
 
@@ -40,12 +41,11 @@ int kvdSample(const QStringList& args)
     const QCommandLineOption end(QStringLiteral("end"), QString(), QStringLiteral("DATE"));
     const QCommandLineOption view(QStringLiteral("view"));
     parser.addOptions({users, days, perDay, seed, end, view});
-    if (const int status = KvdCli::parse(parser, "sample", args, Usage); status >= 0)
+    if (const int status = KvdCli::parse(parser, "sample", args, KvdCli::tr(Usage)); status >= 0)
         return status;
     const QStringList words = parser.positionalArguments();
     if (words.size() != 1)
-        return KvdCli::fail("sample", QStringLiteral("expects one ROOT, got %1").arg(words.size()),
-                            2);
+        return KvdCli::fail("sample", KvdCli::tr("expects one ROOT, got %1").arg(words.size()), 2);
 
     KVDSampleWriter::Options options;
     struct Count
@@ -58,7 +58,7 @@ int kvdSample(const QStringList& args)
                            Count{perDay, &options.perDay, 10000}}) {
         if (parser.isSet(c.option) && !KvdCli::toCount(parser.value(c.option), 1, c.high, c.value))
             return KvdCli::fail("sample",
-                                QStringLiteral("--%1 takes 1 to %2, not %3")
+                                KvdCli::tr("--%1 takes 1 to %2, not %3")
                                     .arg(c.option.names().constFirst())
                                     .arg(c.high)
                                     .arg(parser.value(c.option)),
@@ -66,14 +66,14 @@ int kvdSample(const QStringList& args)
     }
     if (parser.isSet(seed) && !KvdCli::toWord(parser.value(seed), &options.seed))
         return KvdCli::fail(
-            "sample",
-            QStringLiteral("--seed takes a 32-bit number, not %1").arg(parser.value(seed)), 2);
+            "sample", KvdCli::tr("--seed takes a 32-bit number, not %1").arg(parser.value(seed)),
+            2);
     if (parser.isSet(end)) {
         options.end = QDate::fromString(parser.value(end), Qt::ISODate);
         if (!options.end.isValid())
             return KvdCli::fail(
                 "sample",
-                QStringLiteral("--end takes a date YYYY-MM-DD, not %1").arg(parser.value(end)), 2);
+                KvdCli::tr("--end takes a date YYYY-MM-DD, not %1").arg(parser.value(end)), 2);
     }
 
     QStringList files;
@@ -86,7 +86,9 @@ int kvdSample(const QStringList& args)
         !KVDDemoView::write(words[0], KVDSampleWriter::userNames(options.users), options.days, last,
                             &error))
         return KvdCli::fail("sample", error);
-    std::printf("%lld records in %lld measure files under %s\n", records, qint64(files.size()),
-                qPrintable(words[0]));
+    std::printf("%s\n", qPrintable(KvdCli::tr("%1 records in %2 measure files under %3")
+                                       .arg(records)
+                                       .arg(files.size())
+                                       .arg(words[0])));
     return 0;
 }

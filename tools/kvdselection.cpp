@@ -15,7 +15,7 @@ QString listed(QStringList names)
 {
     names.removeDuplicates();
     names.sort();
-    return names.isEmpty() ? QStringLiteral("none") : names.join(QLatin1String(", "));
+    return names.isEmpty() ? KvdCli::tr("none") : names.join(QLatin1String(", "));
 }
 
 } // namespace
@@ -37,16 +37,17 @@ KVDSelection::~KVDSelection()
         KVDShell::install(nullptr);
 }
 
-const char* KVDSelection::optionsHelp()
+QString KVDSelection::optionsHelp()
 {
-    return "  --root R               the repository directory (required)\n"
-           "  --view                 the view saved in R/KVD.cfg (the default without --curve)\n"
-           "  --curve KEY:USER:FIELD adds field FIELD (from 1) of measure KEY (cov4) of USER,\n"
-           "                         as the viewer's field menu does; may be repeated\n"
-           "  --from T, --to T       the shown range, YYYY-MM-DD or YYYY-MM-DDTHH:MM:SS, local\n"
-           "                         time; a bound left out stays where the chart has it (the\n"
-           "                         last 30 days on a chart without curves)\n"
-           "  --builtin FILE         measure definitions to use instead of the installed ones\n";
+    return KvdCli::tr(
+        "  --root R               the repository directory (required)\n"
+        "  --view                 the view saved in R/KVD.cfg (the default without --curve)\n"
+        "  --curve KEY:USER:FIELD adds field FIELD (from 1) of measure KEY (cov4) of USER,\n"
+        "                         as the viewer's field menu does; may be repeated\n"
+        "  --from T, --to T       the shown range, YYYY-MM-DD or YYYY-MM-DDTHH:MM:SS, local\n"
+        "                         time; a bound left out stays where the chart has it (the\n"
+        "                         last 30 days on a chart without curves)\n"
+        "  --builtin FILE         measure definitions to use instead of the installed ones\n");
 }
 
 void KVDSelection::addOptions(QCommandLineParser& parser) const
@@ -70,14 +71,14 @@ QDateTime KVDSelection::parseTime(const QString& text)
 bool KVDSelection::read(const QCommandLineParser& parser, QString* error)
 {
     if (!parser.isSet(m_root)) {
-        *error = QStringLiteral("--root R is required");
+        *error = KvdCli::tr("--root R is required");
         return false;
     }
     m_rootPath = QDir::cleanPath(parser.value(m_root));
     const QFileInfo root(m_rootPath);
     if (!root.isDir()) {
-        *error = root.exists() ? QStringLiteral("%1: not a directory").arg(m_rootPath)
-                               : QStringLiteral("%1: no such directory").arg(m_rootPath);
+        *error = root.exists() ? KvdCli::tr("%1: not a directory").arg(m_rootPath)
+                               : KvdCli::tr("%1: no such directory").arg(m_rootPath);
         return false;
     }
     m_builtinPath = parser.value(m_builtin);
@@ -95,8 +96,8 @@ bool KVDSelection::read(const QCommandLineParser& parser, QString* error)
             curve.field = value.mid(last + 1).toInt(&ok, 10);
         }
         if (!ok) {
-            *error = QStringLiteral("--curve takes KEY:USER:FIELD, such as cov4:alice:1, not %1")
-                         .arg(value);
+            *error =
+                KvdCli::tr("--curve takes KEY:USER:FIELD, such as cov4:alice:1, not %1").arg(value);
             return false;
         }
         m_curves.append(curve);
@@ -114,13 +115,13 @@ bool KVDSelection::read(const QCommandLineParser& parser, QString* error)
             continue;
         *t.value = parseTime(parser.value(t.option));
         if (!t.value->isValid()) {
-            *error = QStringLiteral("--%1 takes YYYY-MM-DD or YYYY-MM-DDTHH:MM:SS, not %2")
+            *error = KvdCli::tr("--%1 takes YYYY-MM-DD or YYYY-MM-DDTHH:MM:SS, not %2")
                          .arg(t.option.names().constFirst(), parser.value(t.option));
             return false;
         }
     }
     if (m_start.isValid() && m_end.isValid() && m_end <= m_start) {
-        *error = QStringLiteral("--to must lie after --from");
+        *error = KvdCli::tr("--to must lie after --from");
         return false;
     }
     return true;
@@ -140,7 +141,7 @@ bool KVDSelection::apply(KVDView* view, QString* error)
         return false;
     }
     if (!view->load(m_rootPath, saved, false)) {
-        *error = QStringLiteral("%1 cannot be shown").arg(m_rootPath);
+        *error = KvdCli::tr("%1 cannot be shown").arg(m_rootPath);
         return false;
     }
     view->datesSet = !view->curves.isEmpty();
@@ -158,7 +159,7 @@ bool KVDSelection::apply(KVDView* view, QString* error)
                                                  : now.addDays(-30);
         const QDateTime to = m_end.isValid() ? m_end : view->datesSet ? view->end : now;
         if (!from.isValid() || !to.isValid() || to <= from) {
-            *error = QStringLiteral("the range from %1 to %2 is empty")
+            *error = KvdCli::tr("the range from %1 to %2 is empty")
                          .arg(from.toString(Qt::ISODate), to.toString(Qt::ISODate));
             return false;
         }
@@ -173,30 +174,30 @@ bool KVDSelection::addCurve(KVDView* view, const Curve& curve, QString* error) c
     const QString name = QStringLiteral("%1:%2:%3").arg(curve.key, curve.user).arg(curve.field);
     const KVDConfig* config = view->config;
     if (!config->definitions.contains(curve.key)) {
-        *error = QStringLiteral("%1: no measure %2 (measures: %3)")
+        *error = KvdCli::tr("%1: no measure %2 (measures: %3)")
                      .arg(name, curve.key, listed(config->definitions.keys()));
         return false;
     }
     if (!config->users.contains(curve.user)) {
-        *error = QStringLiteral("%1: no user %2 (users: %3)")
+        *error = KvdCli::tr("%1: no user %2 (users: %3)")
                      .arg(name, curve.user, listed(config->users.keys()));
         return false;
     }
     if (!config->users.value(curve.user).contains(curve.key)) {
-        *error = QStringLiteral("%1: user %2 has no measure %3 (measures: %4)")
+        *error = KvdCli::tr("%1: user %2 has no measure %3 (measures: %4)")
                      .arg(name, curve.user, curve.key, listed(config->users.value(curve.user)));
         return false;
     }
     const int fieldCount = int(config->definitions.value(curve.key).size()) - 1;
     if (curve.field < 1 || curve.field > fieldCount) {
-        *error = QStringLiteral("%1: %2 has fields 1 to %3").arg(name, curve.key).arg(fieldCount);
+        *error = KvdCli::tr("%1: %2 has fields 1 to %3").arg(name, curve.key).arg(fieldCount);
         return false;
     }
     // The viewer shows a field once, whichever user it was chosen for.
     for (const KVDCurve* shown : std::as_const(view->curves)) {
         if (shown->name == curve.key && shown->valueCount == fieldCount &&
             shown->field == curve.field) {
-            *error = QStringLiteral("%1: field %2 of %3 is shown already (for %4)")
+            *error = KvdCli::tr("%1: field %2 of %3 is shown already (for %4)")
                          .arg(name)
                          .arg(curve.field)
                          .arg(curve.key, shown->user);
@@ -206,7 +207,7 @@ bool KVDSelection::addCurve(KVDView* view, const Curve& curve, QString* error) c
     view->selectedMeasure = curve.key;
     view->fieldCount = fieldCount;
     if (!view->selectMeasure(curve.field, curve.user)) {
-        *error = QStringLiteral("%1: no records to show").arg(name);
+        *error = KvdCli::tr("%1: no records to show").arg(name);
         return false;
     }
     return true;

@@ -32,7 +32,7 @@ public:
     KVDSelection& operator=(const KVDSelection&) = delete;
 
     // The options text of the usage both commands print.
-    static const char* optionsHelp();
+    static QString optionsHelp();
     void addOptions(QCommandLineParser& parser) const;
     // Checks the option values; false with a message for the user.
     bool read(const QCommandLineParser& parser, QString* error);

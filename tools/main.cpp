@@ -1,4 +1,6 @@
+#include "kvdcli.h"
 #include "kvdcommands.h"
+#include "qatranslation.h"
 #include "kvdtoolkitsetup.h"
 
 #include <QApplication>
@@ -10,13 +12,14 @@ namespace {
 
 void usage(std::FILE* out)
 {
-    std::fprintf(out, "Usage: kvd COMMAND [ARGS...]\n\n"
-                      "Reads, writes and draws Kavendi measure repositories without a window.\n\n"
-                      "Commands:\n");
+    std::fputs(qPrintable(KvdCli::tr("Usage: kvd COMMAND [ARGS...]\n\n"
+                                     "Reads, writes and draws Kavendi measure repositories "
+                                     "without a window.\n\n"
+                                     "Commands:\n")),
+               out);
     for (const KvdCommand& command : kvdCommands())
-        std::fprintf(out, "  %-8s %s\n", command.name, command.summary);
-    std::fprintf(out, "\nkvd COMMAND --help describes a command; kvd --version prints the "
-                      "version.\n");
+        std::fprintf(out, "  %-8s %s\n", command.name, qPrintable(KvdCli::tr(command.summary)));
+    std::fputs(qPrintable(KvdCli::tr("\nkvd COMMAND --help describes a command.\n")), out);
 }
 
 } // namespace
@@ -28,6 +31,7 @@ int main(int argc, char** argv)
     KvdToolkitSetup::prepare();
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("kvd"));
+    QATranslation::install(QStringLiteral("kavendi"), QStringLiteral(":/i18n"));
 
     QStringList args = QCoreApplication::arguments().mid(1);
     if (args.isEmpty()) {
@@ -47,7 +51,7 @@ int main(int argc, char** argv)
     for (const KvdCommand& command : kvdCommands())
         if (name == QLatin1String(command.name))
             return command.run(args);
-    std::fprintf(stderr, "kvd: unknown command '%s'\n\n", qPrintable(name));
+    std::fprintf(stderr, "%s\n\n", qPrintable(KvdCli::tr("kvd: unknown command '%1'").arg(name)));
     usage(stderr);
     return 2;
 }

@@ -214,9 +214,11 @@ bool KVDCsvExport::write(const QString& path, const QList<KVDCurve*>& curves,
 {
     // Opened with the first piece, so that no rows leave no file.
     QFile file(path);
-    return produce(curves, start, end, [&file](const char* data, qsizetype size) {
+    const bool produced = produce(curves, start, end, [&file](const char* data, qsizetype size) {
         if (!file.isOpen() && !file.open(QIODevice::WriteOnly | QIODevice::Truncate))
             return false;
         return file.write(data, size) == size;
     });
+    // A full disk shows only when the buffered rows go out.
+    return produced && (!file.isOpen() || file.flush());
 }

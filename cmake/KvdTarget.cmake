@@ -1,4 +1,11 @@
 # Settings every Kavendi target shares; applied per target, never directory-wide.
+include(GNUInstallDirs)
+
+# The installed programs find their libraries and data from their own directory, so that
+# an installed tree works wherever it is unpacked (see cmake/KvdInstall.cmake).
+file(RELATIVE_PATH KVD_LIBDIR_FROM_BINDIR ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBDIR})
+file(RELATIVE_PATH KVD_DATADIR_FROM_BINDIR ${CMAKE_INSTALL_FULL_BINDIR}
+     ${CMAKE_INSTALL_FULL_DATADIR}/kavendi)
 option(KVD_SANITIZE "Build with AddressSanitizer and UndefinedBehaviorSanitizer" OFF)
 
 function(kvd_setup target)

@@ -3,7 +3,11 @@
 
 KVD_PACKAGES=(cmake ninja-build g++ pkg-config
     qt6-base-dev zlib1g-dev qt6-tools-dev qt6-tools-dev-tools qt6-l10n-tools qt6-translations-l10n qt6-svg-dev libgl-dev
-    libbenchmark-dev clang xvfb xauth)
+    libbenchmark-dev clang xvfb xauth help2man dpkg-dev)
+
+# What the full test pass adds: LibreOffice Calc with its French language pack, which
+# opens the CSV export.
+KVD_CALC_PACKAGES=(libreoffice-calc-nogui libreoffice-l10n-fr)
 
 kvd_install_missing() {
     local missing=() pkg

@@ -47,12 +47,11 @@ int main(int argc, char** argv)
     parser.setApplicationDescription(
         QCoreApplication::translate("kavendi-studio", "A small host for viewer plug-ins."));
     parser.addHelpOption();
-    const QString binDir = QCoreApplication::applicationDirPath();
     QCommandLineOption plugin(
         QStringLiteral("plugin"),
         QCoreApplication::translate("kavendi-studio", "Viewer plug-in library to load."),
         QCoreApplication::translate("kavendi-studio", "PATH", "value of an option"),
-        binDir + QStringLiteral("/../lib/libkavendi.so"));
+        KvdToolkitSetup::libraryDirectory() + QStringLiteral("/libkavendi.so"));
     QCommandLineOption project(
         QStringLiteral("project"),
         QCoreApplication::translate("kavendi-studio", "Open a project directory."),
@@ -61,7 +60,7 @@ int main(int argc, char** argv)
         QStringLiteral("data"),
         QCoreApplication::translate("kavendi-studio", "Host data directory."),
         QCoreApplication::translate("kavendi-studio", "DIR", "value of an option"),
-        binDir + QStringLiteral("/../share/kavendi"));
+        KvdToolkitSetup::dataDirectory());
     QCommandLineOption open(
         QStringLiteral("open"),
         QCoreApplication::translate("kavendi-studio", "Open a viewer at start."));

@@ -20,7 +20,8 @@
 
 // What leaves the viewer as files: the CSV export (golden files, and every row compared
 // with a scan of every point), the window's Export item, and kvd render and kvd export,
-// which draw and export a repository they only ever read.
+// which draw and export a repository they only ever read; with KVD_CALC set, the export
+// as LibreOffice Calc evaluates it.
 using Curves = QList<QPolygon>;
 
 namespace {
@@ -345,6 +346,59 @@ private slots:
                     coloured += QColor(image.pixel(x, y)).hsvSaturation() > 128;
             QVERIFY2((coloured > 100) == (expect == "curves"),
                      qPrintable(QString::number(coloured)));
+        }
+    }
+
+    // Calc, in French, converts what kvd export wrote with formula evaluation on, and every
+    // cell is held against its row. Needs soffice and Calc's French language pack.
+    void frenchCalcEvaluates()
+    {
+        if (!qEnvironmentVariableIsSet("KVD_CALC"))
+            QSKIP("KVD_CALC unset: the full scripts/test pass sets it and installs Calc");
+        // An afternoon, the other user alone (empty columns), midnight with two records of
+        // one curve (5 and 7 written as 57), the range's last second.
+        const QList<qint64> rows{1110204300, 1110227415, 1110240000, 1112313599};
+        SampleRepository repo;
+        QVERIFY(repo.writePair("cov", "alice", 2,
+                               {{1110204300, 1, {12, 3}},
+                                {1110240000, 1, {5, 40}},
+                                {1110240000, 1, {7, 41}},
+                                {1112313599, 1, {2000000000, 0}}}) &&
+                repo.writePair("tests", "bob", 1, {{1110227415, 1, {9}}}));
+        const QString csv = m_dir.filePath("calc.csv");
+        QProcess kvd, calc;
+        kvd.start(TestEnv::built("bin/kvd"),
+                  {"export", "--root", repo.root(), "--curve", "cov2:alice:1", "--curve",
+                   "cov2:alice:2", "--curve", "tests1:bob:1", "--from", "2005-03-01", "--to",
+                   "2005-04-01", "-o", csv});
+        QVERIFY(kvd.waitForFinished(60000) && kvd.exitCode() == 0);
+        const QString exported = QString::fromLatin1(TestEnv::contents(csv));
+        QVERIFY2(exported.contains("TEMPS(0;0;0),57,4041,\n"), qPrintable(exported));
+        // Read: ',' between fields, '"' quotes, UTF-8, French, formulas evaluated (the 13th
+        // option). Written: ';' between fields (none in a French number), cells as shown.
+        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+        env.insert("LC_ALL", "fr_FR.UTF-8");
+        calc.setProcessEnvironment(env);
+        const QString filter = "Text - txt - csv (StarCalc):";
+        calc.start(
+            "soffice",
+            {"-env:UserInstallation=file://" + m_dir.filePath("profile"), "--headless",
+             "--infilter=" + filter + "44,34,76,1,,1036,false,false,false,false,false,-1,true",
+             "--convert-to", "csv:" + filter + "59,34,76,1,,1036,false,false,true", "--outdir",
+             m_dir.filePath("calc"), csv});
+        QVERIFY2(calc.waitForFinished(240000) && calc.exitCode() == 0,
+                 qPrintable(calc.errorString() + calc.readAllStandardError()));
+        const QString out = QString::fromUtf8(TestEnv::contents(m_dir.filePath("calc/calc.csv")));
+        const QStringList wrote = exported.split('\n'), made = out.split('\n');
+        QCOMPARE(made.size(), rows.size() + 1);
+        for (int r = 0; r < rows.size(); ++r) {
+            // A date is days since 1899-12-30 (25569 up to 1970), the time of day their
+            // fraction. A formula Calc cannot evaluate stays text or becomes an error: #NAME?
+            // means it does not know TEMPS (no French language pack).
+            const double days = made[r].section(';', 0, 0).replace(',', '.').toDouble();
+            QVERIFY2(qRound64((days - 25569) * 86400) == rows[r],
+                     qPrintable(QStringLiteral("Calc made %1 of %2").arg(made[r], wrote[r])));
+            QCOMPARE(made[r].section(';', 1), wrote[r].section(',', 1).replace(',', ';'));
         }
     }
 };

@@ -1,7 +1,7 @@
 #include "kvdheadlesshost.h"
 #include "kvdcli.h"
+#include "kvdtoolkitsetup.h"
 
-#include <QCoreApplication>
 #include <QFile>
 #include <QFileInfo>
 
@@ -10,7 +10,7 @@
 KVDHeadlessHost::KVDHeadlessHost(const QString& builtin)
 {
     if (builtin.isEmpty()) {
-        m_directory = QCoreApplication::applicationDirPath() + QLatin1String("/../share/kavendi");
+        m_directory = KvdToolkitSetup::dataDirectory();
         return;
     }
     // The viewer reads the definitions under a fixed name in the host directory; a file

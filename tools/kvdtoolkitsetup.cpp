@@ -1,8 +1,10 @@
 #include "kvdtoolkitsetup.h"
 
 #include <QByteArray>
+#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QString>
 #include <QtGlobal>
 
@@ -70,6 +72,14 @@ void dropSetUpNotices(QtMsgType type, const QMessageLogContext& context, const Q
         previousHandler(type, context, message);
 }
 
+QString besideProgram(const char* installed, const char* built)
+{
+    const QString program = QCoreApplication::applicationDirPath() + QLatin1Char('/');
+    const QString path = QDir::cleanPath(program + QLatin1String(installed));
+    const QString buildTree = QDir::cleanPath(program + QLatin1String(built));
+    return !QFileInfo::exists(path) && QFileInfo::exists(buildTree) ? buildTree : path;
+}
+
 } // namespace
 
 namespace KvdToolkitSetup {
@@ -78,6 +88,16 @@ void prepare()
 {
     setRuntimeDirectory();
     previousHandler = qInstallMessageHandler(dropSetUpNotices);
+}
+
+QString libraryDirectory()
+{
+    return besideProgram(KVD_LIBDIR_FROM_BINDIR, "../lib");
+}
+
+QString dataDirectory()
+{
+    return besideProgram(KVD_DATADIR_FROM_BINDIR, "../share/kavendi");
 }
 
 } // namespace KvdToolkitSetup

@@ -46,6 +46,10 @@ int main(int argc, char** argv)
         usage(stdout);
         return 0;
     }
+    if (name == QLatin1String("--version") || name == QLatin1String("-V")) {
+        std::printf("kvd %s\n", KVD_VERSION);
+        return 0;
+    }
     for (const KvdCommand& command : kvdCommands())
         if (name == QLatin1String(command.name))
             return command.run(args);

@@ -189,6 +189,16 @@ void KVDCurveRun::reduceColumn(const Column& column, QPolygon& out) const
         const int b = mapY(node.maxY);
         return std::pair{std::min(a, b), std::max(a, b)};
     };
+    // Whether a block's points all, some or none differ from height.
+    auto otherThan = [&](int height) {
+        return [&heights, height](const Node& node) {
+            const auto [low, high] = heights(node);
+            if (low == height && high == height)
+                return KVDCurveSummary::Holds::None;
+            return height < low || height > high ? KVDCurveSummary::Holds::All
+                                                 : KVDCurveSummary::Holds::Some;
+        };
+    };
     // Most searches end next to where they start: a few points are looked at one by one
     // before the summary is asked.
     constexpr int Near = 8;
@@ -196,31 +206,15 @@ void KVDCurveRun::reduceColumn(const Column& column, QPolygon& out) const
         for (int i = from; i < std::min(to, from + Near); ++i)
             if (y(i) != height)
                 return i;
-        return summary.firstIndex(
-            from + Near, to,
-            [&](const Node& node) {
-                const auto [low, high] = heights(node);
-                if (low == height && high == height)
-                    return KVDCurveSummary::Holds::None;
-                return height < low || height > high ? KVDCurveSummary::Holds::All
-                                                     : KVDCurveSummary::Holds::Some;
-            },
-            [&](int i) { return y(i) != height; });
+        return summary.firstIndex(from + Near, to, otherThan(height),
+                                  [&](int i) { return y(i) != height; });
     };
     auto lastOther = [&](int from, int to, int height) {
         for (int i = to - 1; i >= std::max(from, to - Near); --i)
             if (y(i) != height)
                 return i;
-        return summary.lastIndex(
-            from, to - Near,
-            [&](const Node& node) {
-                const auto [low, high] = heights(node);
-                if (low == height && high == height)
-                    return KVDCurveSummary::Holds::None;
-                return height < low || height > high ? KVDCurveSummary::Holds::All
-                                                     : KVDCurveSummary::Holds::Some;
-            },
-            [&](int i) { return y(i) != height; });
+        return summary.lastIndex(from, to - Near, otherThan(height),
+                                 [&](int i) { return y(i) != height; });
     };
 
     const int g = firstOther(f + 1, column.end, y(f));

@@ -7,6 +7,7 @@
 //   DIR/repo/cov4.peer.4.{kvd,idx} and DIR/peer.xml; POINTS per series (default
 //   250000), STEP seconds apart (default 126) from the first multiple of STEP at or after
 //   START (seconds since 1970, default 2023-01-01 00:00 UTC).
+#include "kvdrandom.h"
 #include "kvdsamplewriter.h"
 
 #include <QDir>
@@ -22,28 +23,11 @@ namespace {
 constexpr int Series = 4;
 const char* const Names[Series] = {"statements", "branches", "functions", "conditions"};
 
-// The same sequence on every platform, from a fixed seed.
-class Random
-{
-public:
-    quint64 next()
-    {
-        quint64 z = (m_state += 0x9E3779B97F4A7C15ull);
-        z = (z ^ (z >> 30)) * 0xBF58476D1CE4E5B9ull;
-        z = (z ^ (z >> 27)) * 0x94D049BB133111EBull;
-        return z ^ (z >> 31);
-    }
-    double uniform() { return double(next() >> 11) * (1.0 / 9007199254740992.0); }
-
-private:
-    quint64 m_state = 13;
-};
-
 // Series k at point i: a slow rise, a daily swing and a random walk, whole and positive,
 // so that the database's doubles hold exactly what the measure file's words do.
 struct Generator
 {
-    Random random;
+    KVDRandom random{13};
     double walk[Series] = {};
 
     void values(qint64 i, quint32 date, quint32* out)

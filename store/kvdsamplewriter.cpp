@@ -1,5 +1,6 @@
 #include "kvdsamplewriter.h"
 #include "kvdmeasurefile.h"
+#include "kvdrandom.h"
 #include "kvdstore.h"
 
 #include <QCoreApplication>
@@ -15,28 +16,6 @@ namespace {
 
 constexpr size_t FlushWords = 1 << 18;
 constexpr quint64 MaxDataBytes = quint64(1) << 32; // index offsets are 32-bit
-
-// A small generator whose sequence is fixed by the seed on every platform (the standard
-// distributions are not), so a seed always gives the same repository.
-class Random
-{
-public:
-    explicit Random(quint64 seed) : m_state(seed) {}
-    quint64 next()
-    {
-        quint64 z = (m_state += 0x9E3779B97F4A7C15ull);
-        z = (z ^ (z >> 30)) * 0xBF58476D1CE4E5B9ull;
-        z = (z ^ (z >> 27)) * 0x94D049BB133111EBull;
-        return z ^ (z >> 31);
-    }
-    // Uniform in [0, 1).
-    double uniform() { return double(next() >> 11) * (1.0 / 9007199254740992.0); }
-    // Uniform in [0, n) for n > 0.
-    int below(int n) { return int(next() % quint64(n)); }
-
-private:
-    quint64 m_state;
-};
 
 const char* const UserNames[] = {"alice", "bob",   "carol", "dave", "erin",    "frank",
                                  "grace", "heidi", "ivan",  "judy", "mallory", "oscar"};
@@ -211,7 +190,8 @@ bool KVDSampleWriter::finish(QString* error)
         if (m_error.isEmpty()) {
             std::FILE* index = std::fopen(QFile::encodeName(m_indexPath).constData(), "wb");
             const bool written =
-                index && (m_index.empty() || std::fwrite(m_index.data(), 4, m_index.size(), index) == m_index.size());
+                index && (m_index.empty() ||
+                          std::fwrite(m_index.data(), 4, m_index.size(), index) == m_index.size());
             if (!index || std::fclose(index) != 0 || !written)
                 fail(QCoreApplication::translate("KVDSampleWriter", "Can't write file: %1\n",
                                                  "%1 is a file name")
@@ -298,7 +278,7 @@ bool KVDSampleWriter::writeRepository(const QString& root, const Options& option
     qint64 written = 0;
     const QStringList users = userNames(options.users);
     for (int u = 0; u < users.size(); ++u) {
-        Random random(quint64(options.seed) * 0x100000001B3ull + quint64(u) * 0x9E3779B9ull + 1);
+        KVDRandom random(quint64(options.seed) * 0x100000001B3ull + quint64(u) * 0x9E3779B9ull + 1);
 
         // The user's project: a handful of test files, three from the start and the others
         // added along the way, each exercising more code and covering more of it over time.

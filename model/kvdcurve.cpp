@@ -1,8 +1,10 @@
 #include "kvdcurve.h"
 #include "kvdmeasurefile.h"
+#include "kvdpointloader.h"
 #include "kvdshell.h"
 #include "studiointerface.h"
 
+#include <QArrayDataPointer>
 #include <QCoreApplication>
 
 #include <climits>
@@ -52,58 +54,45 @@ KVDCurve::KVDCurve(const QString& repository, const QString& measure, int field,
         return;
     }
 
+    // Room for one point per record, taken without filling it first: every point is
+    // written by the load, and filling tens of megabytes would cost as much again. Points
+    // are counted in int, which bounds the records a curve can hold.
+    const qint64 records = file.recordCount();
+    QArrayDataPointer<QPoint> storage(
+        QTypedArrayData<QPoint>::allocate(records <= INT_MAX ? records : 0));
+    if (records > 0 && !storage.data()) {
+        KVDShell::warningBox(
+            tr("Cannot hold the %1 records of %2 in memory\n", "%1 is a count, %2 a file name")
+                .arg(records)
+                .arg(path));
+        return;
+    }
     name = fileMeasure + QString::number(valueCount);
     this->user = user;
     this->repository = repository;
     this->valueCount = valueCount;
     this->field = field;
     span = double(start.secsTo(end));
-    m_points = new QPolygon;
 
-    const qint64 records = file.recordCount();
+    // The cancel button is not consulted: a curve always holds every record of its file.
     StudioInterface* host = KVDShell::host();
     if (host)
-        host->progressStart(int(qMin<qint64>(records, INT_MAX)),
-                            tr("KVD Processing...", "Progress Message"), tr("&Stop Loading"), this,
-                            1);
-
-    // One point per record, written in place into a list sized for the whole records the
-    // file holds and then cut to what was read. The cancel button is not consulted: a
-    // curve always holds every record of its file.
-    m_points->reserve(records);
-    KVDCurveSummary::prepareFreshMemory(m_points->data(), records * qint64(sizeof(QPoint)));
-    m_points->resize(records);
-    QPoint* out = m_points->data();
+        host->progressStart(int(records), tr("KVD Processing...", "Progress Message"),
+                            tr("&Stop Loading"), this, 1);
+    KVDCurveSummary::prepareFreshMemory(storage.data(), records * qint64(sizeof(QPoint)));
     m_summary.start(records);
-    qint64 originSecs = 0;
-    quint32 low = 0;
-    quint32 high = 0;
-    int count = 0;
-    while (count < records) {
-        const quint32* record = file.next();
-        if (!record)
-            break;
-        const quint32 total = KVDMeasureFile::fieldTotal(record, field);
-        const qint64 secs = qint64(KVDMeasureFile::date(record));
-        if (count == 0) {
-            low = high = total;
-            originSecs = secs;
-        }
-        high = qMax(high, total);
-        low = qMin(low, total);
-        out[count] = QPoint(wrap32(secs - originSecs), wrap32(-qint64(total)));
-        ++count;
-        if (count % KVDCurveSummary::LeafPoints == 0)
-            m_summary.addLeaf(out, count - KVDCurveSummary::LeafPoints, count);
-        if (host)
-            host->progressStep(count);
-    }
-    if (count % KVDCurveSummary::LeafPoints != 0)
-        m_summary.addLeaf(out, count - count % KVDCurveSummary::LeafPoints, count);
-    m_summary.finish();
-    m_points->resize(count);
-    minValue = double(low);
-    maxValue = double(high);
+    const KVDPointLoader::Result loaded =
+        KVDPointLoader::load(file, field, storage.data(), m_summary, [host](qint64 done) {
+            if (host)
+                host->progressStep(int(done));
+        });
+    const int count = int(loaded.count);
+    m_summary.finish(count);
+    storage.size = count;
+    m_points = new QPolygon(QList<QPoint>(storage));
+    const qint64 originSecs = loaded.firstDate;
+    minValue = double(loaded.lowTotal);
+    maxValue = double(loaded.highTotal);
 
     if (count > 0) {
         firstDate = QDateTime::fromSecsSinceEpoch(originSecs);

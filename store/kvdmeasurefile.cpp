@@ -5,6 +5,7 @@
 #include <QFile>
 
 #include <algorithm>
+#include <cerrno>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -119,6 +120,26 @@ bool KVDMeasureFile::refill()
     // Words of a partial record at the end of the file are dropped here.
     m_records = words / size_t(m_recordWords);
     return m_records > 0;
+}
+
+qint64 KVDMeasureFile::readAt(qint64 first, quint32* words, qint64 count) const
+{
+    if (!m_file || first < 0 || count <= 0)
+        return 0;
+    const qint64 recordBytes = 4 * qint64(m_recordWords);
+    const qint64 wanted = count * recordBytes;
+    char* into = reinterpret_cast<char*>(words);
+    qint64 got = 0;
+    while (got < wanted) {
+        const ssize_t n = pread(fileno(m_file), into + got, size_t(wanted - got),
+                                off_t(first * recordBytes + got));
+        if (n < 0 && errno == EINTR)
+            continue;
+        if (n <= 0)
+            break;
+        got += n;
+    }
+    return got / recordBytes;
 }
 
 bool KVDMeasureFile::seek(qint64 byteOffset)

@@ -84,6 +84,10 @@ public:
         m_offset = m_bufferOffset + qint64(m_next) * 4 * m_recordWords;
         return m_buffer.data() + m_next++ * size_t(m_recordWords);
     }
+    // Reads records first.. into words (room for count records) without moving next(), so
+    // that several threads may read parts of one file at once. Answers the whole records
+    // read: fewer than count at the end of the file or when a read fails.
+    qint64 readAt(qint64 first, quint32* words, qint64 count) const;
     // Byte offset of the record next() returned last.
     qint64 offset() const { return m_offset; }
     // Makes next() continue with the record at byteOffset.

@@ -1,7 +1,10 @@
 #include "fakestudio.h"
 #include "kvdcurve.h"
+#include "kvdcurvesummary.h"
 #include "kvdevent.h"
 #include "kvdeventlist.h"
+#include "kvdmeasurefile.h"
+#include "kvdpointloader.h"
 #include "recordingshell.h"
 #include "samplerepository.h"
 #include "testenv.h"
@@ -25,13 +28,46 @@ static QString shapeOf(const KVDCurve& curve)
     return curve.points() ? points.join(' ') + range.arg(curve.displayMax) : "no points";
 }
 
+// The first node of summary that does not hold its points' extremes and the first points
+// at the extreme heights, as "begin..end", or "" when all do; every node is looked at.
+static QString wrongNode(const KVDCurveSummary& summary, const QPolygon& points)
+{
+    QString wrong;
+    int nodes = 0;
+    summary.walk(
+        0, int(points.size()),
+        [&](const KVDCurveSummary::Node& node, int begin, int end) {
+            ++nodes;
+            const auto first = points.begin() + begin, last = points.begin() + end;
+            auto byX = [](QPoint a, QPoint b) { return a.x() < b.x(); };
+            auto byY = [](QPoint a, QPoint b) { return a.y() < b.y(); };
+            const auto x = std::minmax_element(first, last, byX);
+            const auto low = std::min_element(first, last, byY);
+            const auto high = std::max_element(first, last, byY);
+            const QList<int> want{x.first->x(),
+                                  x.second->x(),
+                                  low->y(),
+                                  high->y(),
+                                  int(low - points.begin()),
+                                  int(high - points.begin())};
+            if (want ==
+                QList<int>{node.minX, node.maxX, node.minY, node.maxY, node.lowAt, node.highAt})
+                return KVDCurveSummary::Visit::Descend;
+            wrong = QString("%1..%2").arg(begin).arg(end);
+            return KVDCurveSummary::Visit::Stop;
+        },
+        [](int) { return true; });
+    return wrong.isEmpty() && nodes < points.size() / KVDCurveSummary::LeafPoints ? "too few nodes"
+                                                                                  : wrong;
+}
+
 // A curve asked of a repository holding cov.alice.2.kvd with records, cut bytes short: what
 // it shows, then the messages; a ratio curve shows after the division.
 struct Load
 {
     Records records;
     QString shows;
-    int cut = 0;
+    qint64 cut = 0;           // negative: grown by so many bytes
     QString measure = "cov2"; // named with its count, as the menus name it
     int field = 1;
     int count = 2;
@@ -83,6 +119,12 @@ private slots:
             << Load{one, open.arg("a12b12").arg(12), 0, "a12b1212", 1, 12};
         QTest::newRow("count at the start leaves nothing")
             << Load{one, open.arg("").arg(8), 0, "8abc", 1, 8};
+        // Sparse: more records than a curve counts, refused before anything is read.
+        QTest::newRow("a terabyte of records")
+            << Load{one,
+                    "no points; warning|Cannot hold the 45812984491 records of "
+                    "ROOT/cov.alice.2.kvd in memory\n",
+                    -(qint64(1) << 40)};
         QTest::newRow("field 0") << Load{one, none.arg(0), 0, "cov", 0};
         QTest::newRow("field past the count") << Load{one, none.arg(3), 0, "cov", 3};
         QTest::newRow("count past the largest") << Load{one, bad, 0, "cov", 1, 10000};
@@ -131,6 +173,103 @@ private slots:
                  "named by its measure key, for the asked span; or nothing at all");
         curve.MoveX(60);
         QVERIFY2(!anchored || curve.points()->first().x() == 60, "moved right by a minute");
+    }
+
+    // Summaries of crafted points: heights repeated (the first wins), x values equal to
+    // the extreme heights, the extremes of 32 bits, and a short last run.
+    void summary_data()
+    {
+        QTest::addColumn<QPolygon>("points");
+        QPolygon repeated, crossed, extremes;
+        for (int i = 0; i < 100; ++i) {
+            repeated << QPoint(i, i % 3 == 1 ? -5 : i % 7 == 2 ? 9 : 0);
+            crossed << QPoint(i % 2 ? -5 : 9, i % 5 == 3 ? 9 : i % 5 == 4 ? -5 : i);
+            extremes << QPoint(i % 11 ? i : INT_MIN, i % 13 == 6 ? INT_MAX : i % 13 ? -i : INT_MIN);
+        }
+        QTest::newRow("repeated heights") << repeated;
+        QTest::newRow("x at the extreme heights") << crossed;
+        QTest::newRow("32-bit extremes") << extremes;
+        QTest::newRow("one run and one point") << QPolygon(extremes.first(33));
+    }
+
+    void summary()
+    {
+        QFETCH(QPolygon, points);
+        KVDCurveSummary summary;
+        summary.build(points);
+        QCOMPARE(wrongNode(summary, points), QString());
+    }
+
+    // A file cut into chunks that threads convert at once loads as a reader going record by
+    // record would: the points in file order, the field's range, and a summary whose every
+    // node holds its points' extremes and the first points at the extreme heights. A file
+    // cut short after it was opened keeps the records before the cut.
+    void chunkedLoad_data()
+    {
+        QTest::addColumn<int>("threads");
+        QTest::addColumn<int>("keep"); // records left by a cut after opening, or -1
+        QTest::newRow("one thread") << 1 << -1;
+        QTest::newRow("three threads") << 3 << -1;
+        QTest::newRow("one a core, through the curve") << 0 << -1;
+        QTest::newRow("cut inside the third chunk") << 3 << 150001;
+        QTest::newRow("cut to nothing") << 2 << 0;
+    }
+
+    void chunkedLoad()
+    {
+        QFETCH(int, threads);
+        QFETCH(int, keep);
+        // Dates step back now and then; field 2 wanders, sometimes past 2^31.
+        constexpr int N = 300017;
+        QRandomGenerator random(7);
+        QPolygon expected(N);
+        QList<quint32> totals(N);
+        SampleRepository root;
+        KVDSampleWriter writer;
+        QVERIFY(writer.create(root.root(), "big", "alice", 2));
+        quint32 date = D;
+        quint32 level = 1000;
+        for (int i = 0; i < N; ++i) {
+            date += random.bounded(50) == 0 ? -7u : 3u;
+            level += random.bounded(9) - 4 + (random.bounded(20000) == 0 ? 2147483648u : 0);
+            const quint32 values[2] = {i % 2 ? level : 7u, level};
+            QVERIFY(writer.append(date, 1, values));
+            totals[i] = level;
+            expected[i] = QPoint(int(date - (D + 3)), int(0u - level));
+        }
+        QVERIFY(writer.finish());
+        const QString path = root.path("big", "alice", 2);
+        KVDMeasureFile file;
+        QVERIFY(file.open(path, 2));
+        if (keep >= 0)
+            QVERIFY(QFile::resize(path, qint64(keep) * 24 + 5));
+        const int count = keep < 0 ? N : keep;
+        QPolygon points(N);
+        KVDCurveSummary summary;
+        summary.start(N);
+        QList<qint64> steps;
+        const KVDPointLoader::Result got = KVDPointLoader::load(
+            file, 2, points.data(), summary, [&](qint64 done) { steps << done; }, threads);
+        summary.finish(int(got.count));
+        points.resize(got.count);
+        QCOMPARE(got.count, qint64(count));
+        QVERIFY2(points == expected.first(count), "every point in file order");
+        const auto range = std::minmax_element(totals.begin(), totals.begin() + count);
+        QCOMPARE(QList<quint32>({got.firstDate, got.lowTotal, got.highTotal}),
+                 count ? QList<quint32>({D + 3, *range.first, *range.second})
+                       : QList<quint32>({0, 0, 0}));
+        QVERIFY2(std::is_sorted(steps.begin(), steps.end()) &&
+                     (steps.isEmpty() ? count == 0 : steps.last() == count),
+                 "progress only grows, to the records loaded");
+        QCOMPARE(wrongNode(summary, points), QString());
+        if (threads == 0) {
+            QDateTime start = QDateTime::fromSecsSinceEpoch(D), end = start.addDays(1);
+            KVDCurve curve(root.root(), "big2", 2, 2, "alice", start, end);
+            QVERIFY2(curve.pointCount() == count && *curve.points() == expected,
+                     "the curve holds the same points");
+            QCOMPARE(QList<double>({curve.minValue, curve.maxValue}),
+                     QList<double>({double(*range.first), double(*range.second)}));
+        }
     }
 
     void eventList_data()

@@ -219,6 +219,13 @@ Voulez-vous la configurer ?</translation>
         <source>&amp;Stop Loading</source>
         <translation>&amp;Arrêter le chargement</translation>
     </message>
+    <message>
+        <source>Cannot hold the %1 records of %2 in memory
+</source>
+        <comment>%1 is a count, %2 a file name</comment>
+        <translation>Impossible de garder en mémoire les %1 enregistrements de %2
+</translation>
+    </message>
 </context>
 <context>
     <name>KVDCustomSelect</name>

@@ -17,25 +17,26 @@ using Node = KVDCurveSummary::Node;
 
 // The extremes first, in a loop without branches, then where the extreme heights are:
 // summarising is a pass over every point at load.
-Node leaf(const QPoint* points, int begin, int end)
+Node leaf(const QPoint* run, int begin, int end)
 {
-    qint32 minX = points[begin].x();
+    const int n = end - begin;
+    qint32 minX = run[0].x();
     qint32 maxX = minX;
-    qint32 minY = points[begin].y();
+    qint32 minY = run[0].y();
     qint32 maxY = minY;
-    for (int i = begin + 1; i < end; ++i) {
-        minX = std::min(minX, points[i].x());
-        maxX = std::max(maxX, points[i].x());
-        minY = std::min(minY, points[i].y());
-        maxY = std::max(maxY, points[i].y());
+    for (int i = 1; i < n; ++i) {
+        minX = std::min(minX, run[i].x());
+        maxX = std::max(maxX, run[i].x());
+        minY = std::min(minY, run[i].y());
+        maxY = std::max(maxY, run[i].y());
     }
-    int lowAt = begin;
-    while (points[lowAt].y() != minY)
+    int lowAt = 0;
+    while (run[lowAt].y() != minY)
         ++lowAt;
-    int highAt = begin;
-    while (points[highAt].y() != maxY)
+    int highAt = 0;
+    while (run[highAt].y() != maxY)
         ++highAt;
-    return Node{minX, maxX, minY, maxY, lowAt, highAt};
+    return Node{minX, maxX, minY, maxY, begin + lowAt, begin + highAt};
 }
 
 #ifdef KVD_WIDE_LEAVES
@@ -45,9 +46,9 @@ static_assert(KVDCurveSummary::LeafPoints == 32 && sizeof(QPoint) == 8,
 // A whole leaf in 256-bit lanes, four times as fast as the loop above on processors that
 // have them: the extremes lane by lane, folded to one x and one y, then the first point
 // at each extreme height from a mask of the heights that equal it.
-__attribute__((target("avx2"))) Node wideLeaf(const QPoint* points, int begin)
+__attribute__((target("avx2"))) Node wideLeaf(const QPoint* run, int begin)
 {
-    const __m256i* lanes = reinterpret_cast<const __m256i*>(points + begin);
+    const __m256i* lanes = reinterpret_cast<const __m256i*>(run);
     __m256i low = _mm256_loadu_si256(lanes);
     __m256i high = low;
     for (int k = 1; k < 8; ++k) {
@@ -119,7 +120,7 @@ void KVDCurveSummary::build(const QPolygon& points)
     const int count = int(points.size());
     start(count);
     for (int begin = 0; begin < count; begin += LeafPoints)
-        addLeaf(points.constData(), begin, std::min(begin + LeafPoints, count));
+        addLeaf(points.constData() + begin, begin, std::min(begin + LeafPoints, count));
     finish(count);
 }
 
@@ -134,16 +135,16 @@ void KVDCurveSummary::start(qint64 expected)
     m_count = 0;
 }
 
-void KVDCurveSummary::addLeaf(const QPoint* points, int begin, int end)
+void KVDCurveSummary::addLeaf(const QPoint* run, int begin, int end)
 {
     Node& node = m_levels[0][size_t(begin / LeafPoints)];
 #ifdef KVD_WIDE_LEAVES
     if (end - begin == LeafPoints && hasWideLeaves()) {
-        node = wideLeaf(points, begin);
+        node = wideLeaf(run, begin);
         return;
     }
 #endif
-    node = leaf(points, begin, end);
+    node = leaf(run, begin, end);
 }
 
 void KVDCurveSummary::finish(int count)

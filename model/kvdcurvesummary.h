@@ -45,13 +45,13 @@ public:
     // Summarises points; call again whenever they change.
     void build(const QPolygon& points);
     // The same while the points are being written, so that each is read while still in
-    // the cache: start() with the count expected, addLeaf() for points begin..end-1 of
-    // every run of LeafPoints points (begin a multiple of LeafPoints; the last run may be
-    // shorter, end is then the count), and finish() with the count written. Runs may come
-    // in any order and from several threads at once, each run from one thread; finish()
-    // drops the runs past count.
+    // the cache: start() with the count expected, addLeaf() for every run of LeafPoints
+    // points begin..end-1, run pointing at point begin (begin a multiple of LeafPoints; the
+    // last run may be shorter, end is then the count), and finish() with the count
+    // written. Runs may come in any order and from several threads at once, each run from
+    // one thread; finish() drops the runs past count.
     void start(qint64 expected);
-    void addLeaf(const QPoint* points, int begin, int end);
+    void addLeaf(const QPoint* run, int begin, int end);
     void finish(int count);
     void clear();
     int count() const { return m_count; }

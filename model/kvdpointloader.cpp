@@ -47,8 +47,10 @@ public:
     // Converts chunks until none is left; progress, when set, after each one.
     void run(const KVDPointLoader::Progress* progress)
     {
-        std::vector<quint32> buffer(
-            size_t(std::max<qint64>(1, ReadBytes / (4 * m_words)) * m_words));
+        // Whole runs of records, so that runs never straddle two reads.
+        constexpr qint64 Leaf = KVDCurveSummary::LeafPoints;
+        const qint64 records = std::max<qint64>(Leaf, ReadBytes / (4 * m_words) / Leaf * Leaf);
+        std::vector<quint32> buffer(size_t(records * m_words));
         for (qint64 c = m_next.fetch_add(1); c < chunkCount(); c = m_next.fetch_add(1)) {
             convert(c, buffer);
             if (progress && *progress)
@@ -59,11 +61,11 @@ public:
 private:
     void convert(qint64 c, std::vector<quint32>& buffer)
     {
+        constexpr int Leaf = KVDCurveSummary::LeafPoints;
         Chunk& chunk = m_chunks[size_t(c)];
         const qint64 first = c * ChunkRecords;
         const qint64 wanted = std::min(ChunkRecords, m_records - first);
         const qint64 perRead = qint64(buffer.size()) / m_words;
-        QPoint* out = m_points + first;
         quint32 low = chunk.low;
         quint32 high = chunk.high;
         qint64 read = 0;
@@ -71,21 +73,26 @@ private:
             const qint64 asked = std::min(perRead, wanted - read);
             const qint64 got = m_file.readAt(first + read, buffer.data(), asked);
             const quint32* record = buffer.data();
-            // Unsigned differences wrap to 32 bits as the points do.
-            for (qint64 r = 0; r < got; ++r, record += m_words) {
-                const quint32 total = record[m_total];
-                low = std::min(low, total);
-                high = std::max(high, total);
-                out[read + r] = QPoint(int(record[0] - m_origin), int(0u - total));
+            // A run at a time, converted into a block that stays in the nearest cache and
+            // summarised there before it is written out.
+            for (qint64 begin = 0; begin < got; begin += Leaf) {
+                alignas(32) QPoint run[Leaf];
+                const int n = int(std::min<qint64>(Leaf, got - begin));
+                // Unsigned differences wrap to 32 bits as the points do.
+                for (int r = 0; r < n; ++r, record += m_words) {
+                    const quint32 total = record[m_total];
+                    low = std::min(low, total);
+                    high = std::max(high, total);
+                    run[r] = QPoint(int(record[0] - m_origin), int(0u - total));
+                }
+                const int at = int(first + read + begin);
+                m_summary.addLeaf(run, at, at + n);
+                std::copy(run, run + n, m_points + at);
             }
             read += got;
             if (got < asked)
                 break;
         }
-        for (qint64 begin = 0; begin < read; begin += KVDCurveSummary::LeafPoints)
-            m_summary.addLeaf(
-                m_points, int(first + begin),
-                int(first + std::min<qint64>(begin + KVDCurveSummary::LeafPoints, read)));
         chunk.read = read;
         chunk.low = low;
         chunk.high = high;

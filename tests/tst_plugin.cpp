@@ -6,8 +6,6 @@
 #include "testenv.h"
 
 #include <QPointer>
-#include <QProcess>
-#include <QTemporaryDir>
 #include <QTreeWidget>
 #include <QtTest>
 
@@ -33,23 +31,12 @@ private slots:
         QString error;
         m_plugin = StudioPluginLoader::load(libraryPath(), &error);
         QVERIFY2(m_plugin, qPrintable(error));
+        m_plugin->initialize(&m_host, nullptr);
         KVDSampleWriter::Options options;
         options.users = 2;
         options.days = 10;
         QVERIFY2(m_repository.fill(options), qPrintable(m_repository.error()));
         qputenv("ZANTH_KVD_ROOT", QFile::encodeName(m_repository.root()));
-    }
-
-    void initializeWithAndWithoutHost()
-    {
-        m_plugin->initialize(nullptr, nullptr);
-        QVERIFY2(!QAStKvdPlugin::studioIFace, "no host: the interface stays null");
-        QVERIFY(!QAKVD::iface());
-
-        m_plugin->initialize(&m_host, nullptr);
-        QCOMPARE(QAStKvdPlugin::studioIFace, static_cast<StudioInterface*>(&m_host));
-        QCOMPARE(QAKVD::iface(), static_cast<StudioInterface*>(&m_host));
-        QVERIFY2(QAKVD::toolBar(), "the first host interface brings the shared tool bar");
     }
 
     void createdWindowDeletesItselfOnClose()
@@ -108,21 +95,6 @@ private slots:
         QCOMPARE(studio.refusals().size(), 1);
         QVERIFY2(studio.refusals().first().contains(reason), qPrintable(studio.refusals().first()));
         QVERIFY2(studio.loadPlugin(libraryPath()), "a good plug-in still loads afterwards");
-    }
-
-    void studioStartsHeadlessWithAViewer()
-    {
-        QTemporaryDir dir;
-        const QString shot = dir.filePath(QStringLiteral("studio.png"));
-        QProcess studio;
-        qputenv("QT_QPA_PLATFORM", "offscreen"); // for the host started below
-        studio.start(TestEnv::built(QStringLiteral("bin/kavendi-studio")),
-                     {QStringLiteral("--open"), QStringLiteral("--screenshot"), shot});
-        QVERIFY2(studio.waitForFinished(60000), "the host should exit after its screenshot");
-        QVERIFY2(studio.exitCode() == 0, studio.readAllStandardError().constData());
-        QImage image(shot);
-        QVERIFY2(!image.isNull() && image.width() > 400,
-                 "the screenshot is a picture of the window");
     }
 };
 

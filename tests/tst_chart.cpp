@@ -145,48 +145,26 @@ QPolygon randomCurve(Shape shape, QRandomGenerator& r)
     int value = 500;
     for (int i = 0; i < n; ++i) {
         const int step = int(r.bounded(300));
-        int shown = value;
-        switch (shape) {
-        case Steps:
-        case Wrapping:
-            x += step;
-            if (r.bounded(50) == 0)
-                value = int(r.bounded(1001));
-            shown = value;
-            break;
-        case Spikes:
-            x += step;
-            value = qBound(0, value + int(r.bounded(21)) - 10, 1000);
-            shown = r.bounded(60) == 0 ? value + int(r.bounded(4001)) - 2000 : value;
-            break;
-        case FlatRuns:
-            x += step / 4;
-            if (r.bounded(400) == 0)
-                value = int(r.bounded(1001));
-            shown = value;
-            break;
-        case Gaps:
+        if (shape == Unsorted)
+            x = r.bounded(1200000), value = int(r.bounded(1001));
+        else if (shape == Gaps)
             x += r.bounded(40) == 0 ? 20000 + r.bounded(60000) : r.bounded(30);
+        else
+            x += shape == Reversed ? -step : shape == FlatRuns ? step / 4 : step;
+        // Steps hold a value for about 50 points, flat runs for about 400; the others walk.
+        if ((shape == Steps || shape == Wrapping) && r.bounded(50) == 0)
+            value = int(r.bounded(1001));
+        else if (shape == FlatRuns && r.bounded(400) == 0)
+            value = int(r.bounded(1001));
+        else if (shape == Spikes)
+            value = qBound(0, value + int(r.bounded(21)) - 10, 1000);
+        else if (shape == Gaps || shape == FarOutside || shape == Reversed)
             value = qBound(0, value + int(r.bounded(41)) - 20, 1000);
-            shown = value;
-            break;
-        case FarOutside:
-            x += step;
-            value = qBound(0, value + int(r.bounded(41)) - 20, 1000);
-            shown = r.bounded(50) == 0 ? int(r.bounded(2000000)) - 1000000 : value;
-            break;
-        case Reversed:
-            x -= step;
-            value = qBound(0, value + int(r.bounded(41)) - 20, 1000);
-            shown = value;
-            break;
-        case Unsorted:
-            x = r.bounded(1200000);
-            shown = int(r.bounded(1001));
-            break;
-        case Shapes:
-            break;
-        }
+        int shown = value;
+        if (shape == Spikes && r.bounded(60) == 0)
+            shown = value + int(r.bounded(4001)) - 2000;
+        if (shape == FarOutside && r.bounded(50) == 0)
+            shown = int(r.bounded(2000000)) - 1000000;
         const bool far = shape == FarOutside && r.bounded(97) == 0;
         points[i] = QPoint(far ? int(r.bounded(2000000000)) - 1000000000 : int(x), -shown);
     }

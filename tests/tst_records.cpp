@@ -1,7 +1,6 @@
 #include "fakestudio.h"
 #include "kvdchecklist.h"
 #include "kvdconfigdlg.h"
-#include "kvdconfigmsg.h"
 #include "kvdcustomselect.h"
 #include "kvdevent.h"
 #include "kvdeventset.h"
@@ -75,11 +74,10 @@ private:
     std::unique_ptr<QAKVD> m_viewer;
     QString m_root;
 
-    bool startViewer(const QString& sub = QString())
+    bool startViewer()
     {
-        m_root = m_repository->root() + '/' + sub;
-        if (!QDir().mkpath(m_root) ||
-            !KVDSampleWriter::writePair(m_root, "tests", "alice", 2, records()) ||
+        m_root = m_repository->root();
+        if (!KVDSampleWriter::writePair(m_root, "tests", "alice", 2, records()) ||
             !KVDSampleWriter::writePair(m_root, "tests", "bob", 2, records().mid(0, 1)) ||
             !KVDSampleWriter::writePair(m_root, "cov", "bob", 4, {{978652800, 3, {1, 2, 3, 4}}}) ||
             // Not a data file: the filter tells case, so no dialog or scan lists it.
@@ -119,10 +117,10 @@ private slots:
     {
         // range (for alice; bob; empty: no file of hers; gone: her file removed before OK),
         // records (the record list, likewise), scale (the Customize form), event (at noon of
-        // a day, else today), labels (one field of cov), question; "bare": without a host.
+        // a day, else today); "bare": without a host.
         // Then the script for answer(), and the outcome: the result, then what the dialog
         // holds: range: the files listed, dates and file; records: columns and rows; scale:
-        // dates; event: date and label; labels: the texts.
+        // dates; event: date and label.
         QTest::addColumn<QStringList>("c");
         const auto row = [](const char* name, const char* dialog, const char* script,
                             const QString& outcome) {
@@ -147,8 +145,6 @@ private slots:
         // OK does nothing without a label; an emptied line keeps the label typed before.
         row("event: today, label kept", "event", "OK eventLabel=a eventLabel= OK",
             "1 " + today + " a");
-        row("labels", "labels", "label0=a label1=b OK", "1 a|b");
-        row("question: Ignore", "question", "Ignore", "0");
     }
 
     void dialogs()
@@ -168,11 +164,8 @@ private slots:
         KVDCustomSelect records(dir, nullptr, nullptr, 0, true);
         KVDConfigDlg scale(nullptr, QString());
         KVDEventSet event(nullptr, "event", 0, noon.isValid() ? noon.toSecsSinceEpoch() : 0);
-        KVDConfigDlg labels(nullptr, 1, "cov");
-        KVDConfigMsg question(nullptr);
-        const QMap<QString, QDialog*> all{{"range", &range},   {"records", &records},
-                                          {"scale", &scale},   {"event", &event},
-                                          {"labels", &labels}, {"question", &question}};
+        const QMap<QString, QDialog*> all{
+            {"range", &range}, {"records", &records}, {"scale", &scale}, {"event", &event}};
         QDialog* shown = all[dialog.section(' ', 0, 0)];
         QVERIFY(!dialog.contains("gone") || QFile::remove(m_root + "/tests.alice.2.kvd"));
         if (dialog.contains("locked")) { // a regular file that not even root may write
@@ -188,13 +181,9 @@ private slots:
             records.GetMeasure(0); // as a change of dates would
         QStringList held(QString::number(shown->exec()));
         const bool bare = dialog.contains("bare");
-        QVERIFY2(shown->windowTitle() == (shown == &question ? "Kavendi Configuration"
-                                          : bare             ? "Kavendi"
-                                                             : "Test Studio") &&
-                     shown->isModal() && !shown->windowIcon().isNull(),
+        QVERIFY2(shown->windowTitle() == (bare ? "Kavendi" : "Test Studio") && shown->isModal() &&
+                     !shown->windowIcon().isNull(),
                  "every dialog is modal, with the viewer's icon and the host's title");
-        QVERIFY(shown != &question ||
-                question.text() == "Metric detected.\nDo you want to configure it?");
         const auto iso = [](const QDate& date) { return date.toString(Qt::ISODate); };
         for (int i = 0; shown == &range && i < range.findChild<QComboBox*>()->count(); ++i)
             held << range.findChild<QComboBox*>()->itemText(i);
@@ -207,47 +196,42 @@ private slots:
             held << iso(scale.GetStart()) << iso(scale.GetEnd());
         if (shown == &event)
             held << iso(event.eventDate()) << event.label();
-        if (shown == &labels)
-            held << labels.GetValue(0) + '|' + labels.GetValue(1);
         QCOMPARE((held + m_answers->seen().filter("warning|")).join(' '), outcome);
     }
 
     void edits_data()
     {
-        // The slot; the setup (shell: shell text in the folder); the answers ('|' between
-        // dialogs; none: id 0); the outcome: alice's data file (its one record, or how many),
-        // its index's size, the temporary file left, the progress display, its closings, the
-        // view file saved again, then the messages shown.
+        // The slot; the answers ('|' between dialogs; none: id 0); the outcome: alice's data
+        // file (its one record, or how many), its index's size, the temporary file left, the
+        // progress display, its closings, the view file saved again, then the messages shown.
         QTest::addColumn<QStringList>("c");
-        const auto row = [](const char* name, const char* slot, const char* setup,
-                            const char* answers, const QString& outcome) {
-            QTest::newRow(name) << QStringList{slot, setup, answers, outcome};
+        const auto row = [](const char* name, const char* slot, const char* answers,
+                            const QString& outcome) {
+            QTest::newRow(name) << QStringList{slot, answers, outcome};
         };
         const QString rewritten = " | KVD Processing... Stop Loading 6/6 | ends 1 | saved";
         const QString untouched = "6 records | idx 16";
-        row("range: end day kept at noon", "RangeDeletion", "", "OK",
+        row("range: end day kept at noon", "RangeDeletion", "OK",
             "2001-02-01T12:00:00 7 3 9 | idx 8" + rewritten);
-        row("range: everything", "RangeDeletion", "", "toYear=2002 toMonth=1 OK",
+        row("range: everything", "RangeDeletion", "toYear=2002 toMonth=1 OK",
             "- | idx 0" + rewritten);
         // A day more lists two records of 2001-02-01 more; the second and third rows go.
-        row("custom: all, shell text in root", "CustomDeletion", "shell",
-            "toYear=2002 toMonth=1 all OK",
+        row("custom: all", "CustomDeletion", "toYear=2002 toMonth=1 all OK",
             "- | idx 0 | KVD Processing... &Stop Loading 6/6 | ends 1 | saved");
-        row("custom: rows", "CustomDeletion", "", "toDay=2 rows=034 invert OK",
+        row("custom: rows", "CustomDeletion", "toDay=2 rows=034 invert OK",
             "2001-01-10T00:00:00 7 1 9 | idx 8 | KVD Processing... &Stop Loading 6/6 | "
             "ends 1 | saved");
-        row("custom cancelled", "CustomDeletion", "", "Cancel", untouched + " | ends 1");
-        row("custom curves cancelled", "CustomCurveMenu", "", "Cancel", untouched);
-        row("custom curves, no rows", "CustomCurveMenu", "", "fromYear=2002 OK", untouched);
-        row("range id 0", "RangeDeletion", "", "", untouched + " | ends 1");
-        row("custom curves id 0", "CustomCurveMenu", "", "", untouched);
+        row("custom cancelled", "CustomDeletion", "Cancel", untouched + " | ends 1");
+        row("custom curves cancelled", "CustomCurveMenu", "Cancel", untouched);
+        row("custom curves, no rows", "CustomCurveMenu", "fromYear=2002 OK", untouched);
+        row("range id 0", "RangeDeletion", "", untouched + " | ends 1");
+        row("custom curves id 0", "CustomCurveMenu", "", untouched);
     }
 
     void edits()
     {
         QFETCH(QStringList, c);
-        const QString &slot = c[0], &setup = c[1], &answers = c[2], &outcome = c[3];
-        QVERIFY(setup != "shell" || startViewer("a b;touch x$(echo y)"));
+        const QString &slot = c[0], &answers = c[1], &outcome = c[2];
         for (const QString& script : answers.split('|', Qt::SkipEmptyParts))
             m_answers->push(answer(script));
         // An event only the view holds: a rebuilt view saves it.

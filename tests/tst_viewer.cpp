@@ -228,25 +228,6 @@ private slots:
                  "once any window went, closing saves nothing");
     }
 
-    // The demo repository opens on curves of both scales, a ratio and events, and so it
-    // opens again once the view was saved on closing.
-    void demoView()
-    {
-        QTemporaryDir demo;
-        QProcess kvd;
-        kvd.start(TestEnv::built("bin/kvd"), {"sample", demo.path(), "--days", "100", "--view"});
-        QVERIFY(kvd.waitForFinished(60000) && kvd.exitCode() == 0);
-        for (int run = 1; run <= 2; ++run) {
-            m_viewer.reset();
-            m_viewer = open(demo.path());
-            const KVDView& view = m_viewer->view();
-            QVERIFY2(view.curves.size() == 5 && view.firstScale && view.secondScale &&
-                         view.firstScale != view.secondScale && view.events.items().size() == 3 &&
-                         view.curves.last()->isRatio && !view.curves.last()->points()->isEmpty(),
-                     qPrintable(QString("run %1: %2 curves").arg(run).arg(view.curves.size())));
-        }
-    }
-
     // The viewer menu, built for the active window of two, and the shared tool bar.
     void menusAndToolBar()
     {

@@ -1,4 +1,5 @@
 #include "kvdcurve.h"
+#include "kvdfreshmemory.h"
 #include "kvdmeasurefile.h"
 #include "kvdpointloader.h"
 #include "kvdshell.h"
@@ -79,13 +80,13 @@ KVDCurve::KVDCurve(const QString& repository, const QString& measure, int field,
     if (host)
         host->progressStart(int(records), tr("KVD Processing...", "Progress Message"),
                             tr("&Stop Loading"), this, 1);
-    KVDCurveSummary::prepareFreshMemory(storage.data(), records * qint64(sizeof(QPoint)));
+    KVDFreshMemory::prepare(storage.data(), records * qint64(sizeof(QPoint)));
     m_summary.start(records);
+    KVDPointLoader::Progress progress;
+    if (host)
+        progress = [host](qint64 done) { host->progressStep(int(done)); };
     const KVDPointLoader::Result loaded =
-        KVDPointLoader::load(file, field, storage.data(), m_summary, [host](qint64 done) {
-            if (host)
-                host->progressStep(int(done));
-        });
+        KVDPointLoader::load(file, field, storage.data(), m_summary, progress);
     const int count = int(loaded.count);
     m_summary.finish(count);
     storage.size = count;

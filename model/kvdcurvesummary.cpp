@@ -1,11 +1,8 @@
 #include "kvdcurvesummary.h"
+#include "kvdfreshmemory.h"
 
 #include <climits>
 
-#ifdef Q_OS_LINUX
-#include <sys/mman.h>
-#include <unistd.h>
-#endif
 #if defined(__x86_64__) && (defined(__GNUC__) || defined(__clang__))
 #include <immintrin.h>
 #define KVD_WIDE_LEAVES 1
@@ -130,7 +127,7 @@ void KVDCurveSummary::start(qint64 expected)
     m_levels.emplace_back();
     const size_t leaves = size_t((expected + LeafPoints - 1) / LeafPoints);
     m_levels[0].reserve(leaves);
-    prepareFreshMemory(m_levels[0].data(), qint64(leaves * sizeof(Node)));
+    KVDFreshMemory::prepare(m_levels[0].data(), qint64(leaves * sizeof(Node)));
     m_levels[0].resize(leaves);
     m_count = 0;
 }
@@ -170,36 +167,6 @@ void KVDCurveSummary::clear()
 {
     m_levels.clear();
     m_count = 0;
-}
-
-void KVDCurveSummary::prepareFreshMemory(void* data, qint64 bytes)
-{
-#ifdef Q_OS_LINUX
-    constexpr quintptr Huge = quintptr(2) << 20;
-    constexpr qint64 Mapped = 64 * 1024;
-    if (!data || bytes < Mapped)
-        return;
-    const quintptr from = quintptr(data);
-    const quintptr to = from + quintptr(bytes);
-    if (bytes >= qint64(2 * Huge)) {
-        const quintptr begin = (from + Huge - 1) & ~(Huge - 1);
-        const quintptr end = to & ~(Huge - 1);
-        if (end > begin)
-            madvise(reinterpret_cast<void*>(begin), end - begin, MADV_HUGEPAGE);
-    }
-#ifdef MADV_POPULATE_WRITE
-    // After the advice, so that the pages mapped in are huge where they may be. Only
-    // whole pages inside the block; a system without the request ignores it.
-    const quintptr page = quintptr(sysconf(_SC_PAGESIZE));
-    const quintptr begin = (from + page - 1) & ~(page - 1);
-    const quintptr end = to & ~(page - 1);
-    if (end > begin)
-        madvise(reinterpret_cast<void*>(begin), end - begin, MADV_POPULATE_WRITE);
-#endif
-#else
-    Q_UNUSED(data);
-    Q_UNUSED(bytes);
-#endif
 }
 
 bool KVDCurveSummary::shiftedX(const Node& node, quint32 shift, qint32* low, qint32* high)

@@ -56,13 +56,6 @@ public:
     void clear();
     int count() const { return m_count; }
 
-    // Prepares the bytes at data, not yet touched and about to be written whole: touching
-    // fresh memory one small page at a time costs several times what reading it from a
-    // file does. Asks the system to back blocks of many megabytes with huge pages where it
-    // has them, and to map in every page of blocks from 64 KiB on in one call. Smaller
-    // blocks are left alone.
-    static void prepareFreshMemory(void* data, qint64 bytes);
-
     // The x range of the node's points once shift is added to each, wrapped to 32 bits
     // as the points are. False when the shift wraps some of them and not the others: no
     // range then holds them all.

@@ -23,8 +23,8 @@ constexpr int MostThreads = 8;
 
 struct Chunk
 {
-    qint64 read = 0; // whole records converted; fewer than asked when the file ran short
-    quint32 low = std::numeric_limits<quint32>::max();
+    qint64 read = 0; // whole records converted; fewer than wanted when the file ran short
+    quint32 low = 0;
     quint32 high = 0;
 };
 
@@ -42,6 +42,8 @@ public:
 
     qint64 chunkCount() const { return qint64(m_chunks.size()); }
     const Chunk& chunk(qint64 c) const { return m_chunks[size_t(c)]; }
+    // Records of chunk c: ChunkRecords but in the last one.
+    qint64 wanted(qint64 c) const { return std::min(ChunkRecords, m_records - c * ChunkRecords); }
     qint64 done() const { return m_done.load(std::memory_order_relaxed); }
 
     // Converts chunks until none is left; progress, when set, after each one.
@@ -64,10 +66,10 @@ private:
         constexpr int Leaf = KVDCurveSummary::LeafPoints;
         Chunk& chunk = m_chunks[size_t(c)];
         const qint64 first = c * ChunkRecords;
-        const qint64 wanted = std::min(ChunkRecords, m_records - first);
+        const qint64 wanted = this->wanted(c);
         const qint64 perRead = qint64(buffer.size()) / m_words;
-        quint32 low = chunk.low;
-        quint32 high = chunk.high;
+        quint32 low = std::numeric_limits<quint32>::max();
+        quint32 high = 0;
         qint64 read = 0;
         while (read < wanted) {
             const qint64 asked = std::min(perRead, wanted - read);
@@ -144,19 +146,16 @@ KVDPointLoader::Result KVDPointLoader::load(const KVDMeasureFile& file, int fiel
         helper.join();
 
     // The points stop at the first record that could not be read.
-    result.lowTotal = std::numeric_limits<quint32>::max();
     for (qint64 c = 0; c < conversion.chunkCount(); ++c) {
         const Chunk& chunk = conversion.chunk(c);
-        result.count += chunk.read;
         if (chunk.read > 0) {
-            result.lowTotal = std::min(result.lowTotal, chunk.low);
+            result.lowTotal = result.count ? std::min(result.lowTotal, chunk.low) : chunk.low;
             result.highTotal = std::max(result.highTotal, chunk.high);
         }
-        if (chunk.read < std::min(ChunkRecords, file.recordCount() - c * ChunkRecords))
+        result.count += chunk.read;
+        if (chunk.read < conversion.wanted(c))
             break;
     }
-    if (result.count == 0)
-        result.lowTotal = 0;
     // The helpers may have finished after the caller's last report.
     if (progress)
         progress(result.count);
